@@ -1,0 +1,176 @@
+#include "quillay/ventana_launcher.h"
+
+#include "ombu/archivo_json.h"
+#include "ombu/auth_aulared.h"
+#include "quillay/vista_apps.h"
+#include "quillay/vista_login.h"
+#include "quillay/vista_perfiles.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QJsonObject>
+#include <QMessageBox>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace quillay {
+
+namespace {
+
+constexpr QSize kTamanoInicial(920, 580);
+constexpr int kEntreChequeosMs = 60000;
+
+bool esActividad(QEvent::Type tipo)
+{
+    return tipo == QEvent::MouseButtonPress || tipo == QEvent::MouseMove ||
+           tipo == QEvent::KeyPress || tipo == QEvent::Wheel;
+}
+
+} // namespace
+
+VentanaLauncher::VentanaLauncher(QWidget *parent)
+    : QMainWindow(parent)
+    , m_dirApp(QApplication::applicationDirPath())
+    , m_auth(new ombu::AuthAulared(QUrl(leerConfig(u"aulared_url"_s)), this))
+    , m_pila(new QStackedWidget(this))
+    , m_vistaLogin(new VistaLogin(m_auth, nullptr))
+    , m_vistaPerfiles(new VistaPerfiles(nullptr))
+    , m_vistaApps(new VistaApps(m_dirApp, nullptr))
+    , m_temporizador(new QTimer(this))
+{
+    setWindowTitle(tr("Quillay"));
+    resize(kTamanoInicial);
+    crearPantallas();
+    crearTemporizador();
+    qApp->installEventFilter(this);
+    decidirPantallaInicial();
+}
+
+void VentanaLauncher::crearPantallas()
+{
+    m_pila->addWidget(m_vistaLogin);
+    m_pila->addWidget(m_vistaPerfiles);
+    m_pila->addWidget(m_vistaApps);
+    setCentralWidget(m_pila);
+
+    connect(m_vistaLogin, &VistaLogin::sesionLista, this, &VentanaLauncher::iniciarSesionAulared);
+    connect(m_vistaPerfiles, &VistaPerfiles::perfilElegido, this,
+            &VentanaLauncher::iniciarSesionStandalone);
+    connect(m_vistaApps, &VistaApps::cerrarSesionPedido, this, &VentanaLauncher::cerrarSesion);
+}
+
+void VentanaLauncher::crearTemporizador()
+{
+    m_temporizador->setInterval(kEntreChequeosMs);
+    m_temporizador->setTimerType(Qt::PreciseTimer);
+    connect(m_temporizador, &QTimer::timeout, this, &VentanaLauncher::chequearExpiracion);
+}
+
+void VentanaLauncher::decidirPantallaInicial()
+{
+    if (ombu::Sesion *guardada = ombu::Sesion::cargar(this)) {
+        entrarConSesion(guardada);
+        return;
+    }
+    connect(m_auth, &ombu::AuthAulared::disponible, this, &VentanaLauncher::elegirPorConexion);
+    mostrarPerfiles();
+    m_auth->verificarConexion();
+}
+
+void VentanaLauncher::elegirPorConexion(bool hayConexion)
+{
+    if (m_sesion)
+        return;
+    if (!hayConexion) {
+        mostrarPerfiles();
+        return;
+    }
+    m_vistaLogin->reiniciar();
+    m_pila->setCurrentWidget(m_vistaLogin);
+}
+
+void VentanaLauncher::mostrarPerfiles()
+{
+    m_vistaPerfiles->refrescar();
+    m_pila->setCurrentWidget(m_vistaPerfiles);
+}
+
+void VentanaLauncher::iniciarSesionAulared(const QString &token,
+                                           const QList<ombu::Integrante> &integrantes,
+                                           int duracionEstimadaMin)
+{
+    const QString &primero = integrantes.constFirst().nombre;
+    const QString grupo = integrantes.size() > 1 ? tr("Grupo de %1").arg(primero) : primero;
+    empezar(ombu::ModoSesion::Aulared, token, grupo, integrantes, duracionEstimadaMin);
+}
+
+void VentanaLauncher::iniciarSesionStandalone(const ombu::Perfil &perfil)
+{
+    const ombu::Integrante integrante{perfil.id, perfil.nombre, perfil.color};
+    empezar(ombu::ModoSesion::Standalone, {}, perfil.nombre, {integrante}, 0);
+}
+
+void VentanaLauncher::empezar(ombu::ModoSesion modo, const QString &token, const QString &grupo,
+                              const QList<ombu::Integrante> &integrantes, int duracionEstimadaMin)
+{
+    ombu::Sesion *nueva =
+        ombu::Sesion::iniciar(modo, token, grupo, integrantes, duracionEstimadaMin, this);
+    if (nueva)
+        entrarConSesion(nueva);
+    else
+        QMessageBox::warning(this, tr("Quillay"), tr("No se pudo crear el archivo de sesión."));
+}
+
+void VentanaLauncher::entrarConSesion(ombu::Sesion *sesion)
+{
+    m_sesion = sesion;
+    m_vistaApps->mostrarSesion(sesion);
+    m_pila->setCurrentWidget(m_vistaApps);
+    m_vistaApps->enfocarInicio();
+    m_temporizador->start();
+}
+
+void VentanaLauncher::cerrarSesion()
+{
+    m_temporizador->stop();
+    if (m_sesion) {
+        ombu::Sesion::cerrar();
+        soltarSesion();
+    }
+    decidirPantallaInicial();
+}
+
+void VentanaLauncher::chequearExpiracion()
+{
+    if (!m_sesion || m_sesion->esValida())
+        return;
+    m_temporizador->stop();
+    soltarSesion();
+    QMessageBox::information(this, tr("Quillay"), tr("La sesión terminó. Volvé a iniciar sesión."));
+    decidirPantallaInicial();
+}
+
+// La vista la olvida ya mismo: hasta que se destruya, un refresco todavía podría alcanzarla.
+void VentanaLauncher::soltarSesion()
+{
+    m_vistaApps->olvidarSesion();
+    m_sesion->deleteLater();
+    m_sesion = nullptr;
+}
+
+QString VentanaLauncher::leerConfig(const QString &clave) const
+{
+    return ombu::leerDocumentoJson(m_dirApp + "/config.json"_L1).object()[clave].toString();
+}
+
+bool VentanaLauncher::eventFilter(QObject *objeto, QEvent *evento)
+{
+    if (m_sesion && esActividad(evento->type()))
+        m_sesion->registrarActividad();
+    return QMainWindow::eventFilter(objeto, evento);
+}
+
+} // namespace quillay
