@@ -8,7 +8,7 @@ namespace ombu {
 namespace {
 
 // Ningún archivo de la suite se le acerca; uno mayor agotaría la memoria al leerlo.
-constexpr qint64 kTamanoMaximo = 64 * 1024 * 1024;
+constexpr qint64 kTamanoMaximo = 67'108'864; // 64 MiB
 
 } // namespace
 

@@ -45,7 +45,7 @@ QList<Perfil> PerfilesLocales::listar()
 {
     QList<Perfil> perfiles;
     const QJsonArray lista = leerDocumentoJson(rutaArchivo()).array();
-    for (const QJsonValue &valor : lista) {
+    for (const auto &valor : lista) {
         const QJsonObject objeto = valor.toObject();
         perfiles.append(
             {objeto[kId].toString(), objeto[kNombre].toString(), objeto[kColor].toString()});
@@ -56,8 +56,8 @@ QList<Perfil> PerfilesLocales::listar()
 Perfil PerfilesLocales::crear(const QString &nombre)
 {
     QList<Perfil> perfiles = listar();
-    const Perfil nuevo{QUuid::createUuid().toString(QUuid::WithoutBraces), nombre.trimmed(),
-                       kColores.at(static_cast<std::size_t>(perfiles.size()) % kColores.size())};
+    Perfil nuevo{QUuid::createUuid().toString(QUuid::WithoutBraces), nombre.trimmed(),
+                 kColores.at(static_cast<std::size_t>(perfiles.size()) % kColores.size())};
     perfiles.append(nuevo);
     escribir(perfiles);
     return nuevo;

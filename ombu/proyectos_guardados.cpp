@@ -10,6 +10,7 @@
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +28,7 @@ struct Regla
     QLatin1StringView extension;   ///< No vacía: cada trabajo es un archivo suelto.
 };
 
-constexpr Regla kReglas[] = {
+constexpr auto kReglas = std::to_array<Regla>({
     {"garza"_L1, "/Garza/proyectos"_L1, "project.json"_L1, "projectName"_L1, {}},
     {"ceibo"_L1, "/Ceibo"_L1, "proyecto.json"_L1, "nombre"_L1, {}},
     {"zorzal"_L1, "/Zorzal"_L1, "proyecto.json"_L1, "nombre"_L1, {}},
@@ -37,7 +38,7 @@ constexpr Regla kReglas[] = {
     {"calandria"_L1, "/Calandria"_L1, {}, {}, "cln"_L1},
     {"tordo"_L1, "/Tordo"_L1, {}, {}, "trd"_L1},
     {"nandu"_L1, "/Nandu"_L1, {}, {}, "ndu"_L1},
-};
+});
 
 // Toma el nombre y la fecha de la descripción; false si no se puede abrir: no es un trabajo.
 bool completarConDescripcion(ProyectoGuardado &proyecto, const QString &archivoJson,

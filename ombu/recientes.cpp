@@ -55,7 +55,7 @@ QList<ArchivoReciente> Recientes::listar(const QString &clave)
 {
     QList<ArchivoReciente> archivos;
     const QJsonArray lista = leerDocumentoJson(rutaArchivo(clave)).array();
-    for (const QJsonValue &valor : lista) {
+    for (const auto &valor : lista) {
         const QJsonObject objeto = valor.toObject();
         archivos.append({objeto[kRuta].toString(), objeto[kApp].toString(),
                          fechaDeTexto(objeto[kUltimoUso].toString()), objeto[kTemporal].toBool()});

@@ -32,9 +32,9 @@ constexpr auto kModoAulared = "aulared"_L1;
 constexpr auto kModoStandalone = "standalone"_L1;
 
 constexpr quint32 kGraciaMin = 15;
-constexpr qint64 kLimiteInactividadS = 16 * 60;
-constexpr qint64 kTramoLibreS = 91 * 60;
-constexpr qint64 kMaximoS = 241 * 60;
+constexpr qint64 kLimiteInactividadS = 960; // 16 minutos
+constexpr qint64 kTramoLibreS = 5460;       // 91 minutos
+constexpr qint64 kMaximoS = 14460;          // 241 minutos
 constexpr qint64 kEntreEscriturasS = 30;
 
 // La marca de equipo vale aunque en esta carpeta no se pueda escribir.
@@ -88,7 +88,7 @@ QJsonArray aJson(const QList<Integrante> &integrantes)
 QList<Integrante> integrantesDeJson(const QJsonArray &lista)
 {
     QList<Integrante> integrantes;
-    for (const QJsonValue &valor : lista) {
+    for (const auto &valor : lista) {
         const QJsonObject objeto = valor.toObject();
         integrantes.append(
             {objeto[kId].toString(), objeto[kNombre].toString(), objeto[kColor].toString()});

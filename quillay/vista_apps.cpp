@@ -159,7 +159,8 @@ void VistaApps::mostrarSesion(ombu::Sesion *sesion)
 void VistaApps::rehacerPestanas(const QStringList &ids)
 {
     const int indice = m_pestanas->currentIndex();
-    const bool tecladoEnLista = listaActual() && window()->focusWidget() == listaActual();
+    const QWidget *lista = listaActual();
+    const bool tecladoEnLista = lista != nullptr && window()->focusWidget() == lista;
     const QString ruta = rutaElegida();
 
     retirarPestanas();
