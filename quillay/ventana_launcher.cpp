@@ -2,6 +2,7 @@
 
 #include "ombu/archivo_json.h"
 #include "ombu/auth_aulared.h"
+#include "quillay/actualizador.h"
 #include "quillay/vista_apps.h"
 #include "quillay/vista_login.h"
 #include "quillay/vista_perfiles.h"
@@ -10,7 +11,9 @@
 #include <QEvent>
 #include <QJsonObject>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStackedWidget>
+#include <QStatusBar>
 #include <QTimer>
 #include <QUrl>
 
@@ -22,6 +25,15 @@ namespace {
 
 constexpr QSize kTamanoInicial(920, 580);
 constexpr int kEntreChequeosMs = 60000;
+constexpr int kAvisoActualizadoMs = 8000;
+constexpr int kAvisoErrorMs = 10000;
+
+QString nombreVisible(const QString &componente)
+{
+    if (componente == "launcher"_L1)
+        return VentanaLauncher::tr("Quillay");
+    return componente.left(1).toUpper() + componente.mid(1);
+}
 
 bool esActividad(QEvent::Type tipo)
 {
@@ -46,7 +58,9 @@ VentanaLauncher::VentanaLauncher(QWidget *parent)
     crearPantallas();
     crearTemporizador();
     qApp->installEventFilter(this);
+    Actualizador::limpiarRestos(m_dirApp);
     decidirPantallaInicial();
+    chequearActualizaciones();
 }
 
 void VentanaLauncher::crearPantallas()
@@ -159,6 +173,50 @@ void VentanaLauncher::soltarSesion()
     m_vistaApps->olvidarSesion();
     m_sesion->deleteLater();
     m_sesion = nullptr;
+}
+
+void VentanaLauncher::chequearActualizaciones()
+{
+    if (ombu::Sesion::equipoDeAulared())
+        return;
+
+    m_actualizador = new Actualizador(m_dirApp, QUrl(leerConfig(u"manifiesto_url"_s)),
+                                      QUrl(leerConfig(u"descargas_base"_s)), this);
+    connect(m_actualizador, &Actualizador::actualizacionesDisponibles, this,
+            &VentanaLauncher::ofrecerActualizaciones);
+    connect(m_actualizador, &Actualizador::componenteActualizado, this,
+            [this](const QString &componente, const QString &version) {
+                statusBar()->showMessage(tr("%1 actualizado a %2").arg(componente, version),
+                                         kAvisoActualizadoMs);
+            });
+    connect(m_actualizador, &Actualizador::error, this,
+            [this](const QString &mensaje) { statusBar()->showMessage(mensaje, kAvisoErrorMs); });
+    m_actualizador->verificar();
+}
+
+void VentanaLauncher::ofrecerActualizaciones(const QList<Actualizacion> &pendientes)
+{
+    QStringList lineas;
+    for (const Actualizacion &pendiente : pendientes) {
+        lineas.append(tr("%1: de la %2 a la %3")
+                          .arg(nombreVisible(pendiente.componente), pendiente.versionLocal,
+                               pendiente.versionNueva));
+    }
+
+    QMessageBox caja(this);
+    caja.setIcon(QMessageBox::Information);
+    caja.setWindowTitle(tr("Hay una versión nueva de Quillay"));
+    caja.setTextFormat(Qt::PlainText);
+    caja.setText(tr("Hay versiones nuevas para bajar:\n\n%1\n\n"
+                    "Se bajan solo las partes que cambiaron. Si ahora no es buen momento, "
+                    "te lo volvemos a ofrecer la próxima vez que abras Quillay.")
+                     .arg(lineas.join(u'\n')));
+    QPushButton *actualizar = caja.addButton(tr("Actualizar ahora"), QMessageBox::AcceptRole);
+    caja.addButton(tr("Más tarde"), QMessageBox::RejectRole);
+    caja.setDefaultButton(actualizar);
+    caja.exec();
+    if (caja.clickedButton() == actualizar)
+        m_actualizador->aplicar(pendientes);
 }
 
 QString VentanaLauncher::leerConfig(const QString &clave) const

@@ -15,6 +15,8 @@ class AuthAulared;
 
 namespace quillay {
 
+class Actualizador;
+struct Actualizacion;
 class VistaApps;
 class VistaLogin;
 class VistaPerfiles;
@@ -45,6 +47,9 @@ public:
     /// Si la sesión guardada venció, lo dice y vuelve a elegir pantalla.
     void chequearExpiracion();
 
+    /// Busca versiones nuevas y, si hay, las ofrece. En un equipo de Aulared no hace nada.
+    void chequearActualizaciones();
+
     /// El texto de `clave` en el `config.json` que está junto al ejecutable; vacío si no hay.
     QString leerConfig(const QString &clave) const;
 
@@ -60,10 +65,12 @@ private:
     void empezar(ombu::ModoSesion modo, const QString &token, const QString &grupo,
                  const QList<ombu::Integrante> &integrantes, int duracionEstimadaMin);
     void soltarSesion();
+    void ofrecerActualizaciones(const QList<Actualizacion> &pendientes);
 
     QString m_dirApp;
     ombu::Sesion *m_sesion = nullptr;
     ombu::AuthAulared *m_auth;
+    Actualizador *m_actualizador = nullptr; ///< Nulo en un equipo de Aulared.
     QStackedWidget *m_pila;
     VistaLogin *m_vistaLogin;
     VistaPerfiles *m_vistaPerfiles;
