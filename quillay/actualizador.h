@@ -60,8 +60,8 @@ public:
     static void limpiarRestos(const QString &carpeta);
 
 Q_SIGNALS:
-    // clazy:exclude=fully-qualified-moc-types
-    void actualizacionesDisponibles(const QList<Actualizacion> &pendientes);
+    void actualizacionesDisponibles( // clazy:exclude=fully-qualified-moc-types
+        const QList<Actualizacion> &pendientes);
 
     /// No hay nada que ofrecer, o no se pudo averiguar.
     void sinActualizaciones();
