@@ -1,0 +1,152 @@
+#include "pruebas/apoyo/escuela_temporal.h"
+
+#include "ombu/apps_registro.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTest>
+
+#include <array>
+#include <sys/time.h>
+
+using namespace Qt::StringLiterals;
+
+namespace escuela {
+
+namespace {
+
+QString registroDeArranques(const QString &id)
+{
+    return dirPersonal() + "/arranques-"_L1 + id;
+}
+
+QList<QStringList> leerArranques(const QString &id)
+{
+    QList<QStringList> arranques;
+    const QList<QByteArray> lineas = leer(registroDeArranques(id)).split('\n');
+    for (const QByteArray &linea : lineas.first(lineas.size() - 1))
+        arranques.append(QString::fromUtf8(linea).split(u'\t').sliced(1));
+    return arranques;
+}
+
+} // namespace
+
+QString dirLanzador()
+{
+    return QCoreApplication::applicationDirPath();
+}
+
+QString dirProgramData()
+{
+    return qEnvironmentVariable("ProgramData");
+}
+
+QString dirDatos()
+{
+    return dirProgramData() + "/Lumbre"_L1;
+}
+
+QString dirPersonal()
+{
+    return qEnvironmentVariable("HOME");
+}
+
+QString dirDocumentos()
+{
+    return dirPersonal() + "/Documents"_L1;
+}
+
+void vaciar()
+{
+    for (const QString &carpeta : {dirDatos(), dirPersonal()}) {
+        QDir(carpeta).removeRecursively();
+        QDir().mkpath(carpeta);
+    }
+    QDir().mkpath(dirDocumentos());
+
+    const QFileInfo yo(QCoreApplication::applicationFilePath());
+    const QFileInfoList restos =
+        QDir(dirLanzador()).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    for (const QFileInfo &resto : restos) {
+        if (resto.isDir())
+            QDir(resto.filePath()).removeRecursively();
+        else if (resto != yo)
+            QFile::remove(resto.filePath());
+    }
+}
+
+void escribir(const QString &ruta, const QByteArray &contenido)
+{
+    QDir().mkpath(QFileInfo(ruta).path());
+    QFile archivo(ruta);
+    if (!archivo.open(QIODevice::WriteOnly) || archivo.write(contenido) != contenido.size())
+        qFatal("No se pudo escribir %s", qUtf8Printable(ruta));
+}
+
+QByteArray leer(const QString &ruta)
+{
+    QFile archivo(ruta);
+    return archivo.open(QIODevice::ReadOnly) ? archivo.readAll() : QByteArray();
+}
+
+void fechar(const QString &ruta, const QDateTime &fecha)
+{
+    const timeval tiempo{fecha.toSecsSinceEpoch(), 0};
+    const std::array tiempos{tiempo, tiempo};
+    if (utimes(QFile::encodeName(ruta).constData(), tiempos.data()) != 0)
+        qFatal("No se pudo fechar %s", qUtf8Printable(ruta));
+}
+
+QStringList archivosBajo(const QString &carpeta)
+{
+    QStringList nombres;
+    QDirIterator it(carpeta, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        nombres.append(QDir(carpeta).relativeFilePath(it.next()));
+    nombres.sort();
+    return nombres;
+}
+
+void instalarApp(const QString &id)
+{
+    const QString destino = ombu::rutaEjecutable(*ombu::appPorId(id), dirLanzador());
+    QDir().mkpath(QFileInfo(destino).path());
+    if (!QFile::copy(QStringLiteral(RUTA_APP_DOBLE), destino))
+        qFatal("No se pudo instalar %s", qUtf8Printable(id));
+}
+
+QList<QStringList> arranquesDe(const QString &id, int veces)
+{
+    QList<QStringList> arranques;
+    const auto llegaron = [&] {
+        arranques = leerArranques(id);
+        return arranques.size() >= veces;
+    };
+    static_cast<void>(QTest::qWaitFor(llegaron));
+    return arranques;
+}
+
+QString sonda(const QStringList &argumentos, const QStringList &entorno)
+{
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    for (const QString &entrada : entorno) {
+        const QString clave = entrada.section(u'=', 0, 0);
+        if (entrada.contains(u'='))
+            variables.insert(clave, entrada.section(u'=', 1));
+        else
+            variables.remove(clave);
+    }
+    QProcess proceso;
+    proceso.setProcessEnvironment(variables);
+    proceso.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    proceso.start(QStringLiteral(RUTA_SONDA), argumentos);
+    if (!proceso.waitForFinished() || proceso.exitCode() != 0)
+        qFatal("Falló la sonda %s", qUtf8Printable(argumentos.join(u' ')));
+    return QString::fromUtf8(proceso.readAllStandardOutput()).trimmed();
+}
+
+} // namespace escuela
