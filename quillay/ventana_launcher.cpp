@@ -103,13 +103,22 @@ void VentanaLauncher::elegirPorConexion(bool hayConexion)
         return;
     }
     m_vistaLogin->reiniciar();
-    m_pila->setCurrentWidget(m_vistaLogin);
+    mostrarPantalla(m_vistaLogin);
 }
 
 void VentanaLauncher::mostrarPerfiles()
 {
     m_vistaPerfiles->refrescar();
-    m_pila->setCurrentWidget(m_vistaPerfiles);
+    mostrarPantalla(m_vistaPerfiles);
+}
+
+// El teclado va a la pantalla que llega; si ya estaba a la vista queda donde lo tenían.
+void VentanaLauncher::mostrarPantalla(QWidget *pantalla)
+{
+    if (pantalla == m_pila->currentWidget())
+        return;
+    m_pila->setCurrentWidget(pantalla);
+    pantalla->setFocus();
 }
 
 void VentanaLauncher::iniciarSesionAulared(const QString &token,
@@ -142,8 +151,7 @@ void VentanaLauncher::entrarConSesion(ombu::Sesion *sesion)
 {
     m_sesion = sesion;
     m_vistaApps->mostrarSesion(sesion);
-    m_pila->setCurrentWidget(m_vistaApps);
-    m_vistaApps->enfocarInicio();
+    mostrarPantalla(m_vistaApps);
     m_temporizador->start();
 }
 

@@ -62,6 +62,7 @@ private:
     void crearTemporizador();
     void elegirPorConexion(bool hayConexion);
     void mostrarPerfiles();
+    void mostrarPantalla(QWidget *pantalla);
     void empezar(ombu::ModoSesion modo, const QString &token, const QString &grupo,
                  const QList<ombu::Integrante> &integrantes, int duracionEstimadaMin);
     void soltarSesion();

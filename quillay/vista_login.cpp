@@ -41,6 +41,8 @@ VistaLogin::VistaLogin(ombu::AuthAulared *auth, QWidget *parent)
     m_empezar->setAutoDefault(true);
     m_empezar->setEnabled(false);
 
+    setFocusProxy(m_usuario);
+
     armarPantalla();
     conectar();
 }

@@ -42,6 +42,7 @@ VistaPerfiles::VistaPerfiles(QWidget *parent)
     aviso->setStyleSheet(u"color: #666;"_s);
     m_lista->setIconSize(kTamanoIcono);
     m_lista->setAccessibleName(tr("Perfiles de esta computadora"));
+    setFocusProxy(m_lista);
     auto *crear = new QPushButton(tr("Crear nuevo perfil"));
     crear->setAutoDefault(true);
 
