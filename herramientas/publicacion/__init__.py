@@ -1,0 +1,1 @@
+"""Las piezas de herramientas/publicar, una por archivo."""
