@@ -52,7 +52,7 @@ bool completarConDescripcion(ProyectoGuardado &proyecto, const QString &archivoJ
     if (!nombre.isEmpty())
         proyecto.nombre = nombre;
 
-    const QDateTime modificada = descripcion.fileTime(QFileDevice::FileModificationTime);
+    const QDateTime modificada = descripcion.fileTime(QFileDevice::FileModificationTime).toUTC();
     if (masNueva(modificada, proyecto.modificado))
         proyecto.modificado = modificada;
     return true;
@@ -66,7 +66,7 @@ QList<ProyectoGuardado> carpetas(const QString &carpeta, const QString &archivoJ
     while (subcarpetas.hasNext()) {
         const QFileInfo subcarpeta = subcarpetas.nextFileInfo();
         ProyectoGuardado proyecto{subcarpeta.fileName(), subcarpeta.absoluteFilePath(),
-                                  subcarpeta.lastModified()};
+                                  subcarpeta.lastModified().toUTC()};
         if (!archivoJson.isEmpty() && !completarConDescripcion(proyecto, archivoJson, clave))
             continue;
         proyectos.append(proyecto);
@@ -80,12 +80,13 @@ QList<ProyectoGuardado> archivos(const QString &carpeta, const QString &extensio
     QDirIterator encontrados(carpeta, {"*."_L1 + extension}, QDir::Files);
     while (encontrados.hasNext()) {
         const QFileInfo archivo = encontrados.nextFileInfo();
-        proyectos.append(
-            {archivo.completeBaseName(), archivo.absoluteFilePath(), archivo.lastModified()});
+        proyectos.append({archivo.completeBaseName(), archivo.absoluteFilePath(),
+                          archivo.lastModified().toUTC()});
     }
     return proyectos;
 }
 
+// Las fechas van en UTC: comparar horas locales consulta la zona horaria cada vez.
 QList<ProyectoGuardado> buscar(const Regla &regla, const QString &documentos)
 {
     const QString carpeta = documentos + regla.carpeta;
@@ -107,6 +108,8 @@ QList<ProyectoGuardado> proyectosGuardados(const QString &idApp)
               [](const ProyectoGuardado &a, const ProyectoGuardado &b) {
                   return masNueva(a.modificado, b.modificado);
               });
+    for (ProyectoGuardado &proyecto : proyectos)
+        proyecto.modificado = proyecto.modificado.toLocalTime();
     return proyectos;
 }
 

@@ -210,7 +210,8 @@ bool Sesion::esValida() const
 
 void Sesion::registrarActividad()
 {
-    m_ultimaActividad = QDateTime::currentDateTime();
+    // En UTC: pasa por aquí cada movimiento del mouse, y calcular la hora local es caro.
+    m_ultimaActividad = QDateTime::currentDateTimeUtc();
     if (!m_ultimoGuardado.isValid() ||
         m_ultimoGuardado.secsTo(m_ultimaActividad) >= kEntreEscriturasS) {
         guardar();
@@ -224,13 +225,13 @@ bool Sesion::guardar() const
         {kGrupo, m_grupo},
         {kModo, m_modo == ModoSesion::Standalone ? kModoStandalone : kModoAulared},
         {kInicio, textoDeFecha(m_inicio)},
-        {kUltimaActividad, textoDeFecha(m_ultimaActividad)},
+        {kUltimaActividad, textoDeFecha(ultimaActividad())},
         {kDuracionEstimada, m_duracionEstimadaMin},
         {kIntegrantes, aJson(m_integrantes)},
     };
     if (!escribirDocumentoJson(rutaArchivo(), QJsonDocument(objeto)))
         return false;
-    m_ultimoGuardado = QDateTime::currentDateTime();
+    m_ultimoGuardado = QDateTime::currentDateTimeUtc();
     return true;
 }
 

@@ -74,7 +74,7 @@ public:
     QString grupo() const { return m_grupo; }
     const QList<Integrante> &integrantes() const { return m_integrantes; }
     QDateTime inicio() const { return m_inicio; }
-    QDateTime ultimaActividad() const { return m_ultimaActividad; }
+    QDateTime ultimaActividad() const { return m_ultimaActividad.toLocalTime(); }
     int duracionEstimadaMin() const { return m_duracionEstimadaMin; }
 
 private:

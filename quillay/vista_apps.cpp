@@ -214,6 +214,8 @@ QString VistaApps::rutaElegida() const
 QListWidget *VistaApps::crearLista(const QString &nombreAccesible)
 {
     auto *lista = new QListWidget;
+    // Medir cada nombre en cada refresco cuesta más que leerlos del disco; los largos se abrevian.
+    lista->setUniformItemSizes(true);
     lista->setAccessibleName(nombreAccesible);
     connect(lista, &QListWidget::itemActivated, this, [this](const QListWidgetItem *entrada) {
         const QString ruta = entrada->data(kRolRuta).toString();
