@@ -31,7 +31,7 @@ QString estilo(const ombu::AppInfo &app)
 BotonDeApp::BotonDeApp(const ombu::AppInfo &app, const QIcon &icono, bool instalada,
                        QWidget *parent)
     : QToolButton(parent)
-    , m_color(QColor::fromString(app.color))
+    , m_color(QColor::fromString(colorLegible(app.color)))
 {
     setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     setIcon(icono);

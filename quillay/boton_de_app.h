@@ -9,7 +9,7 @@ struct AppInfo;
 namespace quillay {
 
 /// El botón grande de una app: ícono arriba, nombre abajo, en los colores de la app. Con el teclado
-/// encima dibuja un borde en su color.
+/// encima dibuja un borde en el color de su texto.
 class BotonDeApp : public QToolButton
 {
     Q_OBJECT

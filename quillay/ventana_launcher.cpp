@@ -152,6 +152,7 @@ void VentanaLauncher::entrarConSesion(ombu::Sesion *sesion)
     m_sesion = sesion;
     m_vistaApps->mostrarSesion(sesion);
     mostrarPantalla(m_vistaApps);
+    m_vistaApps->enfocarInicio();
     m_temporizador->start();
 }
 

@@ -134,10 +134,8 @@ QAbstractButton *VistaApps::crearBotonDeApp(const ombu::AppInfo &app)
     auto *boton = new BotonDeApp(app, icono, instalada, this);
     boton->setToolTip((instalada ? tr("Abrir %1") : tr("%1 no está instalada en esta computadora."))
                           .arg(app.nombre));
-    if (instalada && !m_primeraApp) {
+    if (instalada && !m_primeraApp)
         m_primeraApp = boton;
-        setFocusProxy(boton);
-    }
 
     connect(boton, &BotonDeApp::clicked, this, [this, id = app.id] { abrirApp(id, {}); });
     return boton;
@@ -179,8 +177,6 @@ void VistaApps::rehacerPestanas(const QStringList &ids)
         elegirRuta(listaActual(), ruta);
     if (tecladoEnLista)
         listaActual()->setFocus();
-    if (!m_primeraApp)
-        setFocusProxy(listaActual());
 }
 
 // Las listas retiradas quedan ocultas y vacías hasta que la vista se destruya. Se vacían después,
@@ -197,6 +193,14 @@ void VistaApps::retirarPestanas()
 void VistaApps::olvidarSesion()
 {
     m_sesion.clear();
+}
+
+void VistaApps::enfocarInicio()
+{
+    if (m_primeraApp)
+        m_primeraApp->setFocus();
+    else
+        listaActual()->setFocus();
 }
 
 QListWidget *VistaApps::listaActual() const

@@ -22,8 +22,7 @@ struct ArchivoReciente;
 namespace quillay {
 
 /// Pantalla de inicio: quién trabaja, las apps de la suite, los archivos recientes y los trabajos
-/// guardados de cada app. Desde aquí se abren las apps. Su foco es el de la primera app instalada
-/// o, si no hay ninguna, el de la lista a la vista.
+/// guardados de cada app. Desde aquí se abren las apps.
 class VistaApps : public QWidget
 {
     Q_OBJECT
@@ -38,6 +37,9 @@ public:
 
     /// Deja de usar la sesión, porque va a destruirse. Lo mostrado queda hasta la próxima.
     void olvidarSesion();
+
+    /// Lleva el teclado a la primera app instalada o, si no hay ninguna, a la lista a la vista.
+    void enfocarInicio();
 
 Q_SIGNALS:
     void cerrarSesionPedido();

@@ -38,6 +38,7 @@ VistaLogin::VistaLogin(ombu::AuthAulared *auth, QWidget *parent)
     m_mensaje->setWordWrap(true);
     m_mensaje->setStyleSheet(u"color: #B03030;"_s);
     m_lista->setMaximumHeight(120);
+    m_lista->setAccessibleName(tr("Integrantes de la sesión"));
     m_empezar->setAutoDefault(true);
     m_empezar->setEnabled(false);
 
