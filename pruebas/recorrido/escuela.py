@@ -1,0 +1,123 @@
+"""Una escuela de ejemplo en marcha: su servicio, su lanzador y lo que queda escrito en disco."""
+
+import json
+import os
+import shlex
+import subprocess
+from dataclasses import dataclass
+from datetime import datetime, timedelta
+from pathlib import Path
+
+from espera import esperar
+from pantalla import arrancar, terminar
+
+EJEMPLOS = Path(__file__).resolve().parents[2] / "ejemplos"
+
+# Alcanza para ver los perfiles mientras el lanzador pregunta, y le sobra para conseguir respuesta.
+DEMORA_PING = 1.5
+
+
+@dataclass
+class App:
+    """Una app de la suite que está abierta."""
+
+    pid: int
+    argumentos: list
+
+
+class Escuela:
+    """Se arma al entrar en el `with`; al salir se cierra lo que se abrió."""
+
+    def __init__(self, compilacion, carpeta, con_red):
+        self._compilacion = compilacion
+        self._carpeta = Path(carpeta).resolve()
+        self._con_red = con_red
+        self._procesos = []
+
+    def __enter__(self):
+        url = self._arrancar_servicio() if self._con_red else ""
+        subprocess.run([EJEMPLOS / "armar_escuela", self._compilacion, self._carpeta, url],
+                       check=True)
+        return self
+
+    def __exit__(self, *_):
+        for proceso in reversed(self._procesos):
+            terminar(proceso)
+
+    def _arrancar_servicio(self):
+        servicio = arrancar([EJEMPLOS / "servicio_aulared/servicio_aulared.py",
+                             "--demora-ping", str(DEMORA_PING)],
+                            stdout=subprocess.PIPE, text=True)
+        self._procesos.append(servicio)
+        return servicio.stdout.readline().strip()
+
+    def abrir_lanzador(self):
+        """Arranca el lanzador y devuelve su proceso."""
+        entorno = dict(os.environ)
+        renglones = (self._carpeta / "entorno").read_text(encoding="utf-8")
+        entorno.update(renglon.split("=", 1) for renglon in shlex.split(renglones))
+        lanzador = arrancar([self._carpeta / "Quillay/quillay"], env=entorno)
+        self._procesos.append(lanzador)
+        return lanzador
+
+    @property
+    def documentos(self):
+        return self._carpeta / "Casa/Documents"
+
+    @property
+    def archivo_sesion(self):
+        return self._carpeta / "ProgramData/Lumbre/sesion.json"
+
+    def sesion(self):
+        """Lo que dice el archivo de sesión, o None si no está."""
+        return self._leer("sesion.json")
+
+    def envejecer_sesion(self):
+        """Escribe que empezó hace 100 minutos y que hace 10 que nadie toca la computadora."""
+        sesion = self.sesion()
+        ahora = datetime.now().replace(microsecond=0)
+        sesion["inicio_sesion"] = (ahora - timedelta(minutes=100)).isoformat()
+        sesion["ultima_actividad"] = (ahora - timedelta(minutes=10)).isoformat()
+        nuevo = self.archivo_sesion.with_suffix(".nuevo")
+        nuevo.write_text(json.dumps(sesion), encoding="utf-8")
+        nuevo.replace(self.archivo_sesion)
+        return sesion
+
+    def perfiles(self):
+        return self._leer("perfiles.json")
+
+    def recientes(self, persona):
+        """Los archivos recientes de una persona, del más nuevo al más viejo."""
+        return self._leer(f"recientes/{persona}.json") or []
+
+    def apps_abiertas(self, app):
+        """Los procesos que ahora corren el ejecutable de `app`."""
+        ejecutable = str(self.ejecutable(app))
+        abiertas = []
+        for proceso in Path("/proc").glob("[0-9]*"):
+            try:
+                if os.readlink(proceso / "exe") != ejecutable:
+                    continue
+                argumentos = (proceso / "cmdline").read_bytes().decode().split("\0")[:-1]
+            except OSError:
+                continue
+            # Entre el fork y el exec todavía es el lanzador; sin argumentos, ya terminó.
+            if argumentos:
+                abiertas.append(App(int(proceso.name), argumentos))
+        return abiertas
+
+    def ejecutable(self, app):
+        return self._carpeta / "Quillay" / app / f"{app.lower()}.exe"
+
+    def esperar_app(self, app):
+        """La única app abierta de ese nombre, cuando aparece."""
+        abiertas = esperar(f"{app} abierta", lambda: self.apps_abiertas(app))
+        assert len(abiertas) == 1, f"{app} se abrió más de una vez: {abiertas}"
+        return abiertas[0]
+
+    def _leer(self, archivo):
+        try:
+            texto = (self.archivo_sesion.parent / archivo).read_text(encoding="utf-8")
+        except FileNotFoundError:
+            return None
+        return json.loads(texto)
