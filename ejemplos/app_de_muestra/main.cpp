@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QMessageBox>
@@ -40,6 +41,14 @@ void instalarTraduccion(QTranslator &traductor)
         QApplication::installTranslator(&traductor);
 }
 
+// Una app de verdad la lleva compilada; esta es la misma para las cinco y la lee de su carpeta.
+QString versionInstalada()
+{
+    QFile archivo(QApplication::applicationDirPath() + "/version.txt"_L1);
+    return archivo.open(QIODevice::ReadOnly) ? QString::fromUtf8(archivo.readAll()).trimmed()
+                                             : QString();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -58,6 +67,7 @@ int main(int argc, char *argv[])
     }
     QApplication::setApplicationName(app->nombre);
     QApplication::setOrganizationName(u"Lumbre"_s);
+    QApplication::setApplicationVersion(versionInstalada());
 
     muestra::VentanaMuestra ventana(*app);
     if (const QString proyecto = proyectoPedido(); !proyecto.isEmpty())

@@ -78,10 +78,15 @@ QWidget *VentanaMuestra::crearFranja()
     auto *titulo = new QLabel(m_app.nombre);
     titulo->setObjectName(u"titulo"_s);
 
+    auto *primera = new QHBoxLayout;
+    primera->addWidget(titulo, 1);
+    if (const QString version = QApplication::applicationVersion(); !version.isEmpty())
+        primera->addWidget(new QLabel(tr("Versión %1").arg(version)));
+
     auto *caja = new QVBoxLayout(franja);
     caja->setContentsMargins(32, 16, 32, 16);
     caja->setSpacing(2);
-    caja->addWidget(titulo);
+    caja->addLayout(primera);
     caja->addWidget(m_quien);
     return franja;
 }

@@ -55,11 +55,22 @@ class EnLinea(Accesibilidad):
     def correr(self):
         self.escuela.ejecutable(SIN_INSTALAR).unlink()
         self.abrir_lanzador()
+        self.dejar_la_oferta_para_despues()
         self.ingresar()
         self.agregar_integrantes()
         self.recorrer_inicio()
         self.abrir_trabajo()
         self.fallar_al_abrir()
+
+    def dejar_la_oferta_para_despues(self):
+        with self.paso("oferta"):
+            self.lanzador.buscar("alert", "Hay una versión nueva de Quillay")
+            self.esperar_teclado_en("push button", "Actualizar ahora")
+            manos.pulsar("Tab")
+            self.esperar_teclado_en("push button", "Más tarde")
+            manos.pulsar("Escape")
+            esperar("la oferta cerrada", lambda: not self.lanzador.hay("alert"))
+            assert self.escuela.versiones()["garza"] == "1.0.0"
 
     def ingresar(self):
         with self.paso("ingreso"):

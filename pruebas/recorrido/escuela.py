@@ -35,8 +35,8 @@ class Escuela:
         self._procesos = []
 
     def __enter__(self):
-        url = self._arrancar_servicio() if self._con_red else ""
-        subprocess.run([EJEMPLOS / "armar_escuela", self._compilacion, self._carpeta, url],
+        direcciones = self._arrancar_servidores() if self._con_red else []
+        subprocess.run([EJEMPLOS / "armar_escuela", self._compilacion, self._carpeta, *direcciones],
                        check=True)
         return self
 
@@ -44,21 +44,35 @@ class Escuela:
         for proceso in reversed(self._procesos):
             terminar(proceso)
 
-    def _arrancar_servicio(self):
-        servicio = arrancar([EJEMPLOS / "servicio_aulared/servicio_aulared.py",
-                             "--demora-ping", str(DEMORA_PING)],
+    def _arrancar_servidores(self):
+        aulared = self._arrancar_servidor("servicio_aulared", "--demora-ping", str(DEMORA_PING))
+        paquetes = self._arrancar_servidor("servidor_de_paquetes", self._carpeta / "Publicado")
+        return ["--aulared", aulared, "--paquetes", paquetes]
+
+    def _arrancar_servidor(self, nombre, *argumentos):
+        """Arranca un servidor de ejemplo y devuelve la dirección que imprime."""
+        servidor = arrancar([EJEMPLOS / nombre / f"{nombre}.py", *argumentos],
                             stdout=subprocess.PIPE, text=True)
-        self._procesos.append(servicio)
-        return servicio.stdout.readline().strip()
+        self._procesos.append(servidor)
+        return servidor.stdout.readline().strip()
 
     def abrir_lanzador(self):
         """Arranca el lanzador y devuelve su proceso."""
         entorno = dict(os.environ)
         renglones = (self._carpeta / "entorno").read_text(encoding="utf-8")
         entorno.update(renglon.split("=", 1) for renglon in shlex.split(renglones))
-        lanzador = arrancar([self._carpeta / "Quillay/quillay"], env=entorno)
+        lanzador = arrancar([self.lanzador / "quillay"], env=entorno)
         self._procesos.append(lanzador)
         return lanzador
+
+    @property
+    def lanzador(self):
+        """La carpeta donde está instalado."""
+        return self._carpeta / "Quillay"
+
+    def versiones(self):
+        """Las versiones instaladas, por componente."""
+        return json.loads((self.lanzador / "versiones.json").read_text(encoding="utf-8"))
 
     @property
     def documentos(self):
@@ -107,7 +121,7 @@ class Escuela:
         return abiertas
 
     def ejecutable(self, app):
-        return self._carpeta / "Quillay" / app / f"{app.lower()}.exe"
+        return self.lanzador / app / f"{app.lower()}.exe"
 
     def esperar_app(self, app):
         """La única app abierta de ese nombre, cuando aparece."""

@@ -19,18 +19,47 @@ A_LA_VISTA = {"Ceibo": NOMBRE, "Garza": NOMBRE, "Hornero": CARPETA, "Zorzal": NO
               "Benteveo": NOMBRE}
 
 
+OFERTA = """Hay versiones nuevas para bajar:
+
+Garza: de la 1.0.0 a la 1.1.0
+Quillay: de la 1.0.0 a la 1.1.0
+
+Se bajan solo las partes que cambiaron. Si ahora no es buen momento, te lo volvemos a ofrecer la \
+próxima vez que abras Quillay."""
+
+
 class ConRed(Recorrido):
-    """En línea: dos integrantes entran, trabajan con una app y cierran la sesión."""
+    """En línea: se actualizan dos componentes; después dos integrantes entran, trabajan con una
+    app y cierran la sesión."""
 
     def correr(self):
+        self.actualizar()
         self.entrar()
         self.trabajar()
         self.reabrir()
         self.salir()
 
+    def actualizar(self):
+        with self.paso("oferta de versiones nuevas"):
+            self.abrir_lanzador()
+            self.lanzador.buscar("label", OFERTA)
+            self.lanzador.esperar_foco("push button", "Actualizar ahora")
+        with self.paso("componentes actualizados"):
+            manos.pulsar("Return")
+            self.lanzador.buscar("status bar", "launcher actualizado a 1.1.0")
+            versiones = self.escuela.versiones()
+            nuevos = sorted(quien for quien, version in versiones.items() if version == "1.1.0")
+            assert nuevos == ["garza", "launcher"], versiones
+            assert (self.escuela.lanzador / "novedades.txt").is_file(), "falta lo nuevo"
+        # Lo que deja un archivo en uso; en Debian no hace falta apartarlo y no queda solo.
+        resto = self.escuela.lanzador / "Garza/garza.exe.viejo"
+        resto.write_text("de antes")
+        self.cerrar_lanzador()
+        self.abrir_lanzador()
+        esperar("el resto borrado", lambda: not resto.exists())
+
     def entrar(self):
         with self.paso("perfiles mientras pregunta"):
-            self.abrir_lanzador()
             self.lanzador.buscar("label", "¿Quién va a trabajar?")
             self.lanzador.buscar("list item", "Tomás")
             assert not self.lanzador.hay("label", "Iniciar sesión — Aulared")
@@ -107,6 +136,7 @@ class ConRed(Recorrido):
             manos.pulsar("Home", "Down", "Return")
             garza = Programa(self.comprobar_app("Garza", "--proyecto", "Afiche reciclaje").pid)
             garza.buscar("label", "Proyecto abierto: Afiche: reciclamos en la escuela")
+            garza.buscar("label", "Versión 1.1.0")
             for persona in ("ana", "inaki"):
                 assert self.escuela.recientes(persona)[0]["app"] == "garza"
         with self.paso("el teclado sigue en la lista"):
