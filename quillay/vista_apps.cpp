@@ -104,6 +104,7 @@ VistaApps::VistaApps(const QString &dirApp, QWidget *parent)
 QBoxLayout *VistaApps::crearCabecera()
 {
     m_etiquetaSesion->setTextFormat(Qt::PlainText); // Los nombres los escribe cualquiera.
+    m_etiquetaSesion->setMinimumWidth(1); // Un grupo muy largo se corta; no agranda la ventana.
     m_etiquetaSesion->setStyleSheet(u"font-size: 16px; font-weight: bold;"_s);
     auto *cerrar = new QPushButton(tr("Cerrar sesión"));
     connect(cerrar, &QPushButton::clicked, this, &VistaApps::cerrarSesionPedido);
