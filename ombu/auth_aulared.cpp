@@ -58,6 +58,9 @@ void AuthAulared::login(const QString &usuario, const QString &clave)
 
 QUrl AuthAulared::direccion(const QString &ruta) const
 {
+    // Ponerle una ruta a una dirección inválida la daría por buena, en otro puerto.
+    if (!m_base.isValid())
+        return {};
     QUrl url = m_base;
     url.setPath(url.path(QUrl::FullyDecoded) + ruta, QUrl::DecodedMode);
     return url;
