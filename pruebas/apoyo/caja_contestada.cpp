@@ -1,5 +1,7 @@
 #include "pruebas/apoyo/caja_contestada.h"
 
+#include "pruebas/apoyo/teclear.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QInputDialog>
@@ -27,12 +29,14 @@ bool CajaContestada::eventFilter(QObject *objeto, QEvent *evento)
 
 void CajaContestada::contestar(QDialog *dialogo)
 {
+    if (m_antes)
+        m_antes();
     m_titulo = dialogo->windowTitle();
     if (const auto *caja = qobject_cast<QMessageBox *>(dialogo))
         anotar(*caja);
     if (const auto *entrada = qobject_cast<QInputDialog *>(dialogo)) {
         m_texto = entrada->labelText();
-        QTest::keyClicks(dialogo->findChild<QLineEdit *>(), m_aEscribir);
+        teclear(dialogo->findChild<QLineEdit *>(), m_aEscribir);
     }
     QTest::keyClick(dialogo, m_respuesta == Aceptar ? Qt::Key_Return : Qt::Key_Escape);
 }

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class QDialog;
 
 /// Contesta, como una persona, el próximo diálogo modal que se abra, y recuerda qué decía.
@@ -20,6 +22,9 @@ public:
     /// @param texto lo que se escribe antes, si el diálogo pide un texto.
     explicit CajaContestada(Respuesta respuesta = Aceptar, const QString &texto = {});
 
+    /// Hace `accion` con el diálogo a la vista, antes de contestarlo.
+    void antesDeContestar(const std::function<void()> &accion) { m_antes = accion; }
+
     bool seMostro() const { return m_seMostro; }
     QString titulo() const { return m_titulo; }
     QString texto() const { return m_texto; } ///< El mensaje, o el rótulo del campo.
@@ -34,6 +39,7 @@ private:
 
     Respuesta m_respuesta;
     QString m_aEscribir;
+    std::function<void()> m_antes;
     bool m_seMostro = false;
     QString m_titulo;
     QString m_texto;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QtGlobal>
 
 #include <sys/resource.h>
@@ -18,3 +19,7 @@ public:
 private:
     rlimit m_anterior;
 };
+
+/// Los tamaños de disco en los que no entra un archivo de `bytes`: cortan su escritura al empezar,
+/// por la mitad, en un límite de bloque o de búfer y justo antes de terminar.
+QList<quint64> discosEnLosQueNoEntra(qsizetype bytes);

@@ -64,6 +64,7 @@ void vaciar()
 {
     for (const QString &carpeta : {dirDatos(), dirPersonal()}) {
         QDir(carpeta).removeRecursively();
+        QFile::remove(carpeta); // La prueba pudo poner un archivo en su lugar.
         QDir().mkpath(carpeta);
     }
     QDir().mkpath(dirDocumentos());
@@ -130,7 +131,7 @@ QList<QStringList> arranquesDe(const QString &id, int veces)
     return arranques;
 }
 
-QString sonda(const QStringList &argumentos, const QStringList &entorno)
+std::unique_ptr<QProcess> lanzarSonda(const QStringList &argumentos, const QStringList &entorno)
 {
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     for (const QString &entrada : entorno) {
@@ -140,13 +141,19 @@ QString sonda(const QStringList &argumentos, const QStringList &entorno)
         else
             variables.remove(clave);
     }
-    QProcess proceso;
-    proceso.setProcessEnvironment(variables);
-    proceso.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    proceso.start(QStringLiteral(RUTA_SONDA), argumentos);
-    if (!proceso.waitForFinished() || proceso.exitCode() != 0)
+    auto proceso = std::make_unique<QProcess>();
+    proceso->setProcessEnvironment(variables);
+    proceso->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    proceso->start(QStringLiteral(RUTA_SONDA), argumentos);
+    return proceso;
+}
+
+QString sonda(const QStringList &argumentos, const QStringList &entorno)
+{
+    const std::unique_ptr<QProcess> proceso = lanzarSonda(argumentos, entorno);
+    if (!proceso->waitForFinished() || proceso->exitCode() != 0)
         qFatal("Falló la sonda %s", qUtf8Printable(argumentos.join(u' ')));
-    return QString::fromUtf8(proceso.readAllStandardOutput()).trimmed();
+    return QString::fromUtf8(proceso->readAllStandardOutput()).trimmed();
 }
 
 } // namespace escuela

@@ -5,6 +5,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
+class QProcess;
+
 /// La computadora de una escuela, en una carpeta temporal: la del lanzador, ProgramData, la carpeta
 /// personal y Documentos. La prepara relanzar() para cada proceso de prueba y la borra al final;
 /// aquí solo se la consulta, se la llena y se la vacía.
@@ -42,5 +46,9 @@ QList<QStringList> arranquesDe(const QString &id, int veces);
 /// Corre en otro proceso una operación de la biblioteca (ver sonda_ombu.cpp) y da lo que imprimió.
 /// `entorno` ("CLAVE=valor", o "CLAVE" para quitarla) se suma al de esta prueba.
 QString sonda(const QStringList &argumentos, const QStringList &entorno = {});
+
+/// Lo mismo, sin esperar a que termine.
+std::unique_ptr<QProcess> lanzarSonda(const QStringList &argumentos,
+                                      const QStringList &entorno = {});
 
 } // namespace escuela

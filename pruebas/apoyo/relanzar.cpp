@@ -26,6 +26,8 @@ QProcessEnvironment entornoDe(const QString &raiz)
     entorno.insert(u"HOME"_s, raiz + "/personal"_L1);
     entorno.insert(u"XDG_RUNTIME_DIR"_s, raiz + "/ejecucion"_L1);
     entorno.insert(u"TMPDIR"_s, raiz + "/temporal"_L1);
+    // En UTC, una fecha que se guardara sin pasar a la hora local parecería bien.
+    entorno.insert(u"TZ"_s, u"<-03>3"_s);
     for (const QString &variable : {u"XDG_DATA_HOME"_s, u"XDG_CONFIG_HOME"_s, u"XDG_CACHE_HOME"_s})
         entorno.remove(variable);
 

@@ -60,8 +60,8 @@ private:
     void procesar(QTcpSocket *conexion, const Pedido &pedido);
     static void enviar(QTcpSocket *conexion, const Respuesta &respuesta);
 
-    QTcpServer m_servidor;
     QHash<QByteArray, Respuesta> m_guion;
     QHash<QTcpSocket *, QByteArray> m_recibido;
     QList<Pedido> m_pedidos;
+    QTcpServer m_servidor; ///< El último: al destruirse cierra conexiones, que usan lo demás.
 };

@@ -1,4 +1,5 @@
-// Otro proceso de la suite: hace una sola operación de la biblioteca, dicha por sus argumentos.
+// Otro proceso de la suite: hace una operación de la biblioteca, dicha por sus argumentos.
+// Con "repetir" y un número delante, la hace esa cantidad de veces.
 
 #include "ombu/perfiles_locales.h"
 #include "ombu/recientes.h"
@@ -38,6 +39,13 @@ QString hacer(const QStringList &argumentos)
 int main(int argc, char *argv[])
 {
     const QCoreApplication aplicacion(argc, argv);
-    QTextStream(stdout) << hacer(QCoreApplication::arguments()) << Qt::endl;
+    QStringList argumentos = QCoreApplication::arguments();
+    int veces = 1;
+    if (argumentos.at(1) == "repetir"_L1) {
+        veces = argumentos.at(2).toInt();
+        argumentos.remove(1, 2);
+    }
+    for (int vez = 0; vez < veces; ++vez)
+        QTextStream(stdout) << hacer(argumentos) << Qt::endl;
     return 0;
 }

@@ -54,6 +54,9 @@ private Q_SLOTS:
         QVERIFY(!ombu::masNueva(vieja, nueva));
         QVERIFY(ombu::masNueva(vieja, {}));
         QVERIFY(!ombu::masNueva({}, vieja));
+        const QDateTime antiquisima(QDate(1901, 1, 1), QTime(0, 0));
+        QVERIFY(ombu::masNueva(antiquisima, {}));
+        QVERIFY(!ombu::masNueva({}, antiquisima));
         QVERIFY(!ombu::masNueva({}, {}));
         QVERIFY(!ombu::masNueva(vieja, vieja));
     }
