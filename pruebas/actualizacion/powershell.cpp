@@ -1,0 +1,61 @@
+#include "pruebas/actualizacion/powershell.h"
+
+#include "pruebas/apoyo/escuela_temporal.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace powershell {
+
+namespace {
+
+QString registro()
+{
+    return escuela::dirPersonal() + "/llamadas-a-powershell"_L1;
+}
+
+/// Solo esa carpeta delante de las del sistema.
+void buscarEn(const QString &carpeta)
+{
+    static const QByteArray delSistema = qgetenv("PATH");
+    QDir().mkpath(carpeta);
+    qputenv("PATH", QFile::encodeName(carpeta) + ':' + delSistema);
+}
+
+} // namespace
+
+void usarElDeMuestra()
+{
+    usarGuion("printf '%s\\0' \"$@\" >> '" + QFile::encodeName(registro()) + "'\n" +
+              "printf '\\n' >> '" + QFile::encodeName(registro()) + "'\n" +
+              "exec '" RUTA_POWERSHELL_DE_MUESTRA "' \"$@\"\n");
+}
+
+void usarGuion(const QByteArray &guion)
+{
+    const QString carpeta = escuela::dirPersonal() + "/programas"_L1;
+    const QString programa = carpeta + "/powershell.exe"_L1;
+    buscarEn(carpeta);
+    escuela::escribir(programa, "#!/bin/bash\n" + guion);
+    QFile::setPermissions(programa, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void usarNinguno()
+{
+    buscarEn(escuela::dirPersonal() + "/sin-programas"_L1);
+}
+
+QList<QStringList> llamadas()
+{
+    QList<QStringList> todas;
+    const QList<QByteArray> lineas = escuela::leer(registro()).split('\n');
+    for (const QByteArray &linea : lineas.first(lineas.size() - 1)) {
+        const QStringList campos = QString::fromUtf8(linea).split(QChar(u'\0'));
+        todas.append(campos.first(campos.size() - 1));
+    }
+    return todas;
+}
+
+} // namespace powershell
