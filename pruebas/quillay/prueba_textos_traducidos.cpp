@@ -68,9 +68,9 @@ QStringList textosDe(const QWidget &raiz)
 /// Los que no salieron del traductor como un texto de esa clase.
 QStringList sinTraducir(QStringList textos, const QString &clase)
 {
-    textos.removeIf([marca = u'«' + clase + u'|'](const QString &texto) {
-        return texto.startsWith(marca) && texto.endsWith(u'»');
-    });
+    const QString marca = u'«' + clase + u'|';
+    textos.removeIf(
+        [&marca](const QString &texto) { return texto.startsWith(marca) && texto.endsWith(u'»'); });
     return textos;
 }
 

@@ -2,6 +2,7 @@
 
 #include "pruebas/apoyo/principal.h"
 #include "pruebas/apoyo/servidor_guionado.h"
+#include "pruebas/apoyo/teclear.h"
 #include "pruebas/quillay/lanzador.h"
 
 #include <QAbstractButton>
@@ -190,6 +191,28 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), perfiles);
         QTRY_COMPARE(en.pagina(), Lanzador::Ingreso);
         QCOMPARE(QApplication::focusWidget(), usuario);
+    }
+
+    void alVolverAlIngresoElTecladoNoQuedaEnElBotonConQueSeEmpezo()
+    {
+        m_servicio->contestar("/api/sesiones", {.cuerpo = R"({"token": "t"})"});
+        Lanzador en;
+        en_pantalla::mostrar(en.ventana);
+        QTRY_COMPARE(en.pagina(), Lanzador::Ingreso);
+        const QList<QLineEdit *> campos =
+            en.pila->widget(Lanzador::Ingreso)->findChildren<QLineEdit *>();
+        teclear(campos.at(0), u"ana"_s);
+        teclear(campos.at(1), u"secreta"_s);
+        QTest::keyClick(campos.at(1), Qt::Key_Return);
+        QAbstractButton *empezar = en_pantalla::boton(en.ventana, u"Empezar a trabajar"_s);
+        QTRY_VERIFY(empezar->isEnabled());
+        empezar->setFocus();
+        QTest::keyClick(empezar, Qt::Key_Return);
+        QCOMPARE(en.pagina(), Lanzador::Inicio);
+
+        en.cerrarSesion();
+        QTRY_COMPARE(en.pagina(), Lanzador::Ingreso);
+        QCOMPARE(QApplication::focusWidget(), campos.at(0));
     }
 
     void laRespuestaDelServicioNoSacaElTecladoDeLosPerfiles()

@@ -61,7 +61,7 @@ private Q_SLOTS:
                                       en_pantalla::boton(en.vista, u"Garza"_s),
                                       en.pestanas->tabBar(), en.recientes()};
         camino.constFirst()->setFocus();
-        for (const QWidget *siguiente : camino.sliced(1)) {
+        for (const QWidget *siguiente : camino.sliced(1) + camino.first(1)) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
             QCOMPARE(QApplication::focusWidget(), siguiente);
         }
