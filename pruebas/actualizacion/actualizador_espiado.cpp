@@ -9,7 +9,6 @@
 using namespace Qt::StringLiterals;
 
 using quillay::Actualizacion;
-using quillay::Actualizador;
 
 namespace {
 
@@ -68,7 +67,7 @@ QStringList ActualizadorEspiado::alAplicar(const QList<Actualizacion> &actualiza
     return esperar({u"terminado"_s});
 }
 
-QStringList ActualizadorEspiado::esperar(const QStringList &finales)
+QStringList ActualizadorEspiado::esperar(const QStringList &finales) const
 {
     const auto llego = [&] {
         return !dicho.isEmpty() && finales.contains(dicho.constLast().section(u'|', 0, 0));

@@ -28,5 +28,5 @@ public:
     QStringList dicho;
 
 private:
-    QStringList esperar(const QStringList &finales);
+    QStringList esperar(const QStringList &finales) const;
 };

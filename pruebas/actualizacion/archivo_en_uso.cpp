@@ -29,7 +29,7 @@ const ArchivoEnUso *trabado(const char *ruta)
 bool sePuedeRenombrar(const char *ruta)
 {
     const ArchivoEnUso *archivo = trabado(ruta);
-    return !archivo || archivo->traba() == ArchivoEnUso::NoSeBorra;
+    return archivo == nullptr || archivo->traba() == ArchivoEnUso::NoSeBorra;
 }
 
 } // namespace
@@ -39,7 +39,7 @@ extern "C" {
 
 int unlink(const char *ruta) noexcept
 {
-    if (trabado(ruta)) {
+    if (trabado(ruta) != nullptr) {
         errno = EBUSY;
         return -1;
     }

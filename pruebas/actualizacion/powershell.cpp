@@ -28,9 +28,9 @@ void buscarEn(const QString &carpeta)
 
 void usarElDeMuestra()
 {
-    usarGuion("printf '%s\\0' \"$@\" >> '" + QFile::encodeName(registro()) + "'\n" +
-              "printf '\\n' >> '" + QFile::encodeName(registro()) + "'\n" +
-              "exec '" RUTA_POWERSHELL_DE_MUESTRA "' \"$@\"\n");
+    const QByteArray registrar = " >> '" + QFile::encodeName(registro()) + "'\n";
+    usarGuion(R"(printf '%s\0' "$@")" + registrar + R"(printf '\n')" + registrar +
+              "exec '" RUTA_POWERSHELL_DE_MUESTRA R"(' "$@")");
 }
 
 void usarGuion(const QByteArray &guion)

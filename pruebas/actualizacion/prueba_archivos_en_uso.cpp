@@ -22,10 +22,21 @@ using quillay::Actualizador;
 namespace {
 
 const Actualizacion kLanzador{u"launcher"_s, u"2.1"_s, u"2.2"_s};
-const QStringList kActualizado{u"actualizado|launcher|2.2"_s, u"terminado"_s};
-const QStringList kNoSeReemplazo{u"error|No se pudo reemplazar los archivos de launcher."_s,
-                                 u"terminado"_s};
-const QByteArray kVersiones = "{\n    \"launcher\": \"2.1\"\n}\n";
+
+QStringList actualizado()
+{
+    return {u"actualizado|launcher|2.2"_s, u"terminado"_s};
+}
+
+QStringList noSeReemplazo()
+{
+    return {u"error|No se pudo reemplazar los archivos de launcher."_s, u"terminado"_s};
+}
+
+QByteArray versionesDeAntes()
+{
+    return "{\n    \"launcher\": \"2.1\"\n}\n";
+}
 
 QString ejecutable()
 {
@@ -44,7 +55,7 @@ private Q_SLOTS:
         escuela::vaciar();
         powershell::usarElDeMuestra();
         escribirArbol(carpetaInstalada(),
-                      {{u"quillay.exe"_s, "2.1"}, {u"versiones.json"_s, kVersiones}});
+                      {{u"quillay.exe"_s, "2.1"}, {u"versiones.json"_s, versionesDeAntes()}});
         m_servidor.contestar("/d/launcher-2.2.zip",
                              {.cuerpo = comprimir({{u"quillay.exe"_s, "2.2"}})});
         m_servidor.contestar("/d/launcher-2.3.zip",
@@ -55,7 +66,7 @@ private Q_SLOTS:
     void elLanzadorAbiertoQuedaAUnLadoYSeBorraEnElArranqueSiguiente()
     {
         auto enUso = std::make_unique<ArchivoEnUso>(ejecutable());
-        QCOMPARE(m_actualizador->alAplicar({kLanzador}), kActualizado);
+        QCOMPARE(m_actualizador->alAplicar({kLanzador}), actualizado());
         const QByteArray versiones = "{\n    \"launcher\": \"2.2\"\n}\n";
         QCOMPARE(leerArbol(carpetaInstalada()), (Arbol{{u"quillay.exe"_s, "2.2"},
                                                        {u"quillay.exe.viejo"_s, "2.1"},
@@ -69,23 +80,25 @@ private Q_SLOTS:
 
     void limpiarDejaElViejoQueSigueEnUso()
     {
-        escribirArbol(carpetaInstalada(), {{u"a.viejo"_s, "0"}, {u"z.viejo"_s, "0"}});
-        escribirArbol(carpetaInstalada(), {{u"quillay.exe.viejo"_s, "2.0"}});
+        Arbol viejos{{u"quillay.exe.viejo"_s, "2.0"}};
+        for (int i = 0; i < 50; ++i) // Para que los haya antes y después, en cualquier orden.
+            viejos.insert(u"%1.viejo"_s.arg(i), "0");
+        escribirArbol(carpetaInstalada(), viejos);
         const ArchivoEnUso enUso(ejecutable() + ".viejo"_L1);
         Actualizador::limpiarRestos(carpetaInstalada());
         QCOMPARE(leerArbol(carpetaInstalada()), (Arbol{{u"quillay.exe"_s, "2.1"},
                                                        {u"quillay.exe.viejo"_s, "2.0"},
-                                                       {u"versiones.json"_s, kVersiones}}));
+                                                       {u"versiones.json"_s, versionesDeAntes()}}));
     }
 
     void actualizarElLanzadorDosVecesSinCerrarloFalla()
     {
         const ArchivoEnUso original(ejecutable());
-        QCOMPARE(m_actualizador->alAplicar({kLanzador}), kActualizado);
+        QCOMPARE(m_actualizador->alAplicar({kLanzador}), actualizado());
         const Arbol antes = leerArbol(carpetaInstalada());
 
         const ArchivoEnUso otraVez(ejecutable()); // Otra ventana abrió el nuevo.
-        QCOMPARE(m_actualizador->alAplicar({{u"launcher"_s, u"2.2"_s, u"2.3"_s}}), kNoSeReemplazo);
+        QCOMPARE(m_actualizador->alAplicar({{u"launcher"_s, u"2.2"_s, u"2.3"_s}}), noSeReemplazo());
         QCOMPARE(leerArbol(carpetaInstalada()), antes);
     }
 
@@ -93,13 +106,13 @@ private Q_SLOTS:
     {
         const Arbol antes = leerArbol(carpetaInstalada());
         const ArchivoEnUso enUso(ejecutable(), ArchivoEnUso::NiSeRenombra);
-        QCOMPARE(m_actualizador->alAplicar({kLanzador}), kNoSeReemplazo);
+        QCOMPARE(m_actualizador->alAplicar({kLanzador}), noSeReemplazo());
         QCOMPARE(leerArbol(carpetaInstalada()), antes);
     }
 
     void alFallarUnArchivoLosDemasQuedanViejosONuevos()
     {
-        Arbol viejos{{u"versiones.json"_s, kVersiones}};
+        Arbol viejos{{u"versiones.json"_s, versionesDeAntes()}};
         Arbol nuevos;
         for (int i = 0; i < 20; ++i) {
             viejos.insert(u"%1.txt"_s.arg(i), "viejo");
@@ -109,12 +122,12 @@ private Q_SLOTS:
         m_servidor.contestar("/d/launcher-2.2.zip", {.cuerpo = comprimir(nuevos)});
         const ArchivoEnUso enUso(carpetaInstalada() + "/7.txt"_L1, ArchivoEnUso::NiSeRenombra);
 
-        QCOMPARE(m_actualizador->alAplicar({kLanzador}), kNoSeReemplazo);
+        QCOMPARE(m_actualizador->alAplicar({kLanzador}), noSeReemplazo());
         const Arbol despues = leerArbol(carpetaInstalada());
         for (auto it = nuevos.cbegin(); it != nuevos.cend(); ++it)
             QVERIFY(despues.value(it.key()) == "viejo" || despues.value(it.key()) == "nuevo");
         QCOMPARE(despues.value(u"7.txt"_s), "viejo");
-        QCOMPARE(despues.value(u"versiones.json"_s), kVersiones);
+        QCOMPARE(despues.value(u"versiones.json"_s), versionesDeAntes());
     }
 
     void despuesDeUnaFallaSigueElSiguiente()
@@ -123,7 +136,7 @@ private Q_SLOTS:
         const ArchivoEnUso enUso(ejecutable(), ArchivoEnUso::NiSeRenombra);
         QCOMPARE(
             m_actualizador->alAplicar({kLanzador, {u"zorzal"_s, u"1"_s, u"2"_s}}),
-            (QStringList{kNoSeReemplazo.constFirst(), u"actualizado|zorzal|2"_s, u"terminado"_s}));
+            (QStringList{noSeReemplazo().constFirst(), u"actualizado|zorzal|2"_s, u"terminado"_s}));
         QCOMPARE(escuela::leer(rutaVersiones()),
                  QByteArray("{\n    \"launcher\": \"2.1\",\n    \"zorzal\": \"2\"\n}\n"));
     }

@@ -24,7 +24,11 @@ namespace {
 const Actualizacion kCeibo{u"ceibo"_s, u"1"_s, u"2"_s};
 const Actualizacion kGarza{u"garza"_s, u"1"_s, u"2"_s};
 const Actualizacion kZorzal{u"zorzal"_s, u"1"_s, u"2"_s};
-const QByteArray kVersiones = "{\n    \"ceibo\": \"1\",\n    \"garza\": \"1\"\n}\n";
+
+QByteArray versionesDeAntes()
+{
+    return "{\n    \"ceibo\": \"1\",\n    \"garza\": \"1\"\n}\n";
+}
 
 QList<QByteArray> rutasPedidas(const ServidorGuionado &servidor)
 {
@@ -45,7 +49,7 @@ private Q_SLOTS:
     {
         escuela::vaciar();
         powershell::usarElDeMuestra();
-        instalarVersiones(kVersiones);
+        instalarVersiones(versionesDeAntes());
     }
 
     void unaListaVaciaTerminaEnLaMismaLlamada()
@@ -157,7 +161,7 @@ private Q_SLOTS:
         const QString razon = motivo.contains(u"%1"_s) ? motivo.arg(direccion) : motivo;
         QCOMPARE(actualizador.alAplicar({kGarza}),
                  (QStringList{u"error|No se pudo descargar garza 2: "_s + razon, u"terminado"_s}));
-        QCOMPARE(leerArbol(carpetaInstalada()), (Arbol{{u"versiones.json"_s, kVersiones}}));
+        QCOMPARE(leerArbol(carpetaInstalada()), (Arbol{{u"versiones.json"_s, versionesDeAntes()}}));
         QVERIFY(powershell::llamadas().isEmpty());
     }
 
@@ -199,8 +203,8 @@ private Q_SLOTS:
     void vanEnElOrdenDadoYDeAUno()
     {
         ServidorGuionado servidor;
-        for (const QByteArray componente : {"zorzal", "ceibo", "garza"}) {
-            servidor.contestar("/d/" + componente + "-2.zip",
+        for (const char *componente : {"zorzal", "ceibo", "garza"}) {
+            servidor.contestar(QByteArray("/d/") + componente + "-2.zip",
                                {.cuerpo = comprimir({{u"a.txt"_s, componente}})});
         }
         ActualizadorEspiado actualizador({}, servidor.url(u"/d"_s));
@@ -265,7 +269,7 @@ private Q_SLOTS:
 
         QCOMPARE(dicho, (QStringList{u"error|No se pudo guardar la descarga de garza."_s,
                                      u"terminado"_s}));
-        QCOMPARE(leerArbol(carpetaInstalada()), (Arbol{{u"versiones.json"_s, kVersiones}}));
+        QCOMPARE(leerArbol(carpetaInstalada()), (Arbol{{u"versiones.json"_s, versionesDeAntes()}}));
     }
 
     void destruirloMientrasBajaNoCambiaNada()
@@ -278,7 +282,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([&] { return servidor.pedidos().size() == 1; }));
         actualizador.reset();
         QCoreApplication::processEvents();
-        QCOMPARE(leerArbol(carpetaInstalada()), (Arbol{{u"versiones.json"_s, kVersiones}}));
+        QCOMPARE(leerArbol(carpetaInstalada()), (Arbol{{u"versiones.json"_s, versionesDeAntes()}}));
     }
 };
 

@@ -14,9 +14,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QByteArray kVersiones = "{\n    \"ceibo\": \"1\",\n    \"garza\": \"1\"\n}\n";
-const QStringList kActualizado{u"actualizado|garza|2"_s, u"terminado"_s};
-const QStringList kNoSeExtrajo{u"error|No se pudo extraer el paquete de garza."_s, u"terminado"_s};
+QByteArray versionesDeAntes()
+{
+    return "{\n    \"ceibo\": \"1\",\n    \"garza\": \"1\"\n}\n";
+}
+
+QStringList actualizado()
+{
+    return {u"actualizado|garza|2"_s, u"terminado"_s};
+}
+
+QStringList noSeExtrajo()
+{
+    return {u"error|No se pudo extraer el paquete de garza."_s, u"terminado"_s};
+}
 
 /// Lo que se dice al actualizar Garza con ese paquete.
 QStringList alActualizarCon(const QByteArray &paquete)
@@ -27,10 +38,9 @@ QStringList alActualizarCon(const QByteArray &paquete)
     return actualizador.alAplicar({{u"garza"_s, u"1"_s, u"2"_s}});
 }
 
-const Arbol &instaladoAntes()
+Arbol instaladoAntes()
 {
-    static const Arbol arbol{{u"Garza/a.txt"_s, "viejo"}, {u"versiones.json"_s, kVersiones}};
-    return arbol;
+    return {{u"Garza/a.txt"_s, "viejo"}, {u"versiones.json"_s, versionesDeAntes()}};
 }
 
 QByteArray paqueteComun()
@@ -81,7 +91,7 @@ private Q_SLOTS:
 
     void llamaAPowershellConCuatroArgumentos()
     {
-        QCOMPARE(alActualizarCon(paqueteComun()), kActualizado);
+        QCOMPARE(alActualizarCon(paqueteComun()), actualizado());
         QCOMPARE(powershell::llamadas().size(), 1);
 
         const QStringList argumentos = powershell::llamadas().constFirst();
@@ -112,7 +122,7 @@ private Q_SLOTS:
                               "cp -r \"$carpeta\" '" +
                               copia.toUtf8() + "'\nexit 1\n");
         const QByteArray paquete = comprimir({{u"a.bin"_s, QByteArray(100'000, 'x')}});
-        QCOMPARE(alActualizarCon(paquete), kNoSeExtrajo);
+        QCOMPARE(alActualizarCon(paquete), noSeExtrajo());
         QCOMPARE(leerArbol(copia), (Arbol{{u"garza.zip"_s, paquete}}));
     }
 
@@ -136,7 +146,7 @@ private Q_SLOTS:
             powershell::usarNinguno();
         else
             powershell::usarGuion(guion);
-        QCOMPARE(alActualizarCon(paqueteComun()), kNoSeExtrajo);
+        QCOMPARE(alActualizarCon(paqueteComun()), noSeExtrajo());
         QCOMPARE(leerArbol(carpetaInstalada()), instaladoAntes());
     }
 
@@ -148,7 +158,7 @@ private Q_SLOTS:
         ActualizadorEspiado actualizador({}, servidor.url(u"/d"_s));
         QCOMPARE(
             actualizador.alAplicar({{u"ceibo"_s, u"1"_s, u"2"_s}, {u"garza"_s, u"1"_s, u"2"_s}}),
-            QStringList{u"error|No se pudo extraer el paquete de ceibo."_s} + kActualizado);
+            QStringList{u"error|No se pudo extraer el paquete de ceibo."_s} + actualizado());
     }
 
     void unPaqueteDanadoNoSeExtrae_data()
@@ -173,13 +183,13 @@ private Q_SLOTS:
     void unPaqueteDanadoNoSeExtrae()
     {
         QFETCH(const QByteArray, paquete);
-        QCOMPARE(alActualizarCon(paquete), kNoSeExtrajo);
+        QCOMPARE(alActualizarCon(paquete), noSeExtrajo());
         QCOMPARE(leerArbol(carpetaInstalada()), instaladoAntes());
     }
 
     void unPaqueteSinArchivosActualizaSinTocarNada()
     {
-        QCOMPARE(alActualizarCon(comprimir({})), kActualizado);
+        QCOMPARE(alActualizarCon(comprimir({})), actualizado());
         QCOMPARE(escuela::leer(carpetaInstalada() + "/Garza/a.txt"_L1), "viejo");
         QCOMPARE(escuela::leer(rutaVersiones()),
                  QByteArray("{\n    \"ceibo\": \"1\",\n    \"garza\": \"2\"\n}\n"));
@@ -188,7 +198,7 @@ private Q_SLOTS:
     void unaCarpetaTemporalConComillaNoSeExtrae()
     {
         const CarpetaTemporal temporal(u"cuenta de O'Higgins"_s);
-        QCOMPARE(alActualizarCon(paqueteComun()), kNoSeExtrajo);
+        QCOMPARE(alActualizarCon(paqueteComun()), noSeExtrajo());
         QVERIFY(powershell::llamadas().constFirst().at(3).contains("O'Higgins/"_L1));
         QCOMPARE(leerArbol(carpetaInstalada()), instaladoAntes());
     }
@@ -207,7 +217,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, nombre);
         const CarpetaTemporal temporal(nombre);
-        QCOMPARE(alActualizarCon(paqueteComun()), kActualizado);
+        QCOMPARE(alActualizarCon(paqueteComun()), actualizado());
         QCOMPARE(escuela::leer(carpetaInstalada() + "/Garza/a.txt"_L1), "nuevo");
     }
 
@@ -218,7 +228,7 @@ private Q_SLOTS:
         QVERIFY(!discos.isEmpty());
         for (const quint64 disco : discos) {
             const DiscoLleno lleno(disco);
-            QCOMPARE(alActualizarCon(paquete), kNoSeExtrajo);
+            QCOMPARE(alActualizarCon(paquete), noSeExtrajo());
             QCOMPARE(leerArbol(carpetaInstalada()), instaladoAntes());
         }
     }

@@ -19,7 +19,11 @@ namespace {
 
 const QString kNada = u"sin actualizaciones"_s;
 const QString kGarza = u"disponibles|garza|1|2"_s;
-const QByteArray kManifiesto = R"({"garza": "2"})";
+
+QByteArray manifiesto()
+{
+    return R"({"garza": "2"})";
+}
 
 QUrl direccionSinServidor()
 {
@@ -32,7 +36,7 @@ QUrl direccionSinServidor()
 QByteArray manifiestoDe(qsizetype bytes)
 {
     const QByteArray otra = R"("a": "1", )";
-    return '{' + otra.repeated(bytes / otra.size()) + kManifiesto.sliced(1);
+    return '{' + otra.repeated(bytes / otra.size()) + manifiesto().sliced(1);
 }
 
 } // namespace
@@ -51,7 +55,7 @@ private Q_SLOTS:
     void sePideConUnGetComun()
     {
         ServidorGuionado servidor;
-        servidor.contestar("/m.json", {.cuerpo = kManifiesto});
+        servidor.contestar("/m.json", {.cuerpo = manifiesto()});
         ActualizadorEspiado actualizador(servidor.url(u"/m.json?aula=5"_s));
         QCOMPARE(actualizador.alVerificar(), QStringList{kGarza});
 
@@ -70,7 +74,7 @@ private Q_SLOTS:
     {
         ServidorGuionado servidor;
         ActualizadorEspiado actualizador(servidor.url(u"/m.json"_s));
-        servidor.contestar("/m.json", {.cuerpo = kManifiesto});
+        servidor.contestar("/m.json", {.cuerpo = manifiesto()});
         QCOMPARE(actualizador.alVerificar(), QStringList{kGarza});
         servidor.contestar("/m.json", {.cuerpo = "{}"});
         QCOMPARE(actualizador.alVerificar(), QStringList{kNada});
@@ -83,7 +87,7 @@ private Q_SLOTS:
     {
         ServidorGuionado servidor;
         servidor.contestar("/m.json", {.estado = 302, .cabeceras = {{"Location", "/otro.json"}}});
-        servidor.contestar("/otro.json", {.cuerpo = kManifiesto});
+        servidor.contestar("/otro.json", {.cuerpo = manifiesto()});
         ActualizadorEspiado actualizador(servidor.url(u"/m.json"_s));
         QCOMPARE(actualizador.alVerificar(), QStringList{kGarza});
     }
@@ -93,10 +97,10 @@ private Q_SLOTS:
         QTest::addColumn<Respuesta>("respuesta");
         for (const int estado : {400, 401, 403, 404, 407, 410, 418, 429, 500, 502, 503, 504, 599}) {
             QTest::addRow("código %d, con un manifiesto", estado)
-                << Respuesta{.estado = estado, .cuerpo = kManifiesto};
+                << Respuesta{.estado = estado, .cuerpo = manifiesto()};
         }
         QTest::newRow("código 204") << Respuesta{.estado = 204};
-        QTest::newRow("cortada") << Respuesta{.cuerpo = kManifiesto + QByteArray(5000, ' '),
+        QTest::newRow("cortada") << Respuesta{.cuerpo = manifiesto() + QByteArray(5000, ' '),
                                               .modo = Respuesta::Cortada};
         QTest::newRow("ni siquiera HTTP") << Respuesta{.modo = Respuesta::Basura};
         QTest::newRow("redirección en círculo")
@@ -137,7 +141,7 @@ private Q_SLOTS:
         QTest::newRow("lista") << QByteArray(R"([{"garza": "2"}])");
         QTest::newRow("texto") << QByteArray(R"("garza")");
         QTest::newRow("cortado") << QByteArray(R"({"garza": "2")");
-        QTest::newRow("y algo más") << kManifiesto + "{}";
+        QTest::newRow("y algo más") << manifiesto() + "{}";
         QTest::newRow("página web") << QByteArray("<html><body>Portal cautivo</body></html>");
         QTest::newRow("UTF-16") << QByteArray(R"({ " g a r z a " :   " 2 " } )").replace(' ', '\0');
         QTest::newRow("UTF-8 inválido") << QByteArray("{\"garza\": \"\xff\"}");
@@ -166,7 +170,7 @@ private Q_SLOTS:
     void laMarcaDeUtf8NoMolesta()
     {
         ServidorGuionado servidor;
-        servidor.contestar("/m.json", {.cuerpo = "\xEF\xBB\xBF" + kManifiesto});
+        servidor.contestar("/m.json", {.cuerpo = "\xEF\xBB\xBF" + manifiesto()});
         ActualizadorEspiado actualizador(servidor.url(u"/m.json"_s));
         QCOMPARE(actualizador.alVerificar(), QStringList{kGarza});
     }

@@ -19,11 +19,23 @@ using quillay::Actualizacion;
 namespace {
 
 const QString kVersion = u"2 ñ+&%?#"_s; // De lo que un nombre de archivo admite y una dirección no.
-const QList<Actualizacion> kGarza{{u"garza"_s, u"1"_s, kVersion}};
-const Arbol kInstalado{{u"Garza/garza.exe"_s, "1"},
-                       {u"Garza/propio.txt"_s, "propio"},
-                       {u"versiones.json"_s, R"({"garza": "1"})"}};
-const Arbol kPublicado{{u"garza.exe"_s, "2"}, {u"datos/Canción 🎨.txt"_s, "la la"}};
+
+QList<Actualizacion> soloGarza()
+{
+    return {{u"garza"_s, u"1"_s, kVersion}};
+}
+
+Arbol instaladoAntes()
+{
+    return {{u"Garza/garza.exe"_s, "1"},
+            {u"Garza/propio.txt"_s, "propio"},
+            {u"versiones.json"_s, R"({"garza": "1"})"}};
+}
+
+Arbol paquetePublicado()
+{
+    return {{u"garza.exe"_s, "2"}, {u"datos/Canción 🎨.txt"_s, "la la"}};
+}
 
 QString publicado()
 {
@@ -46,10 +58,11 @@ private Q_SLOTS:
     {
         escuela::vaciar();
         powershell::usarElDeMuestra();
-        escribirArbol(carpetaInstalada(), kInstalado);
-        escribirArbol(publicado(),
-                      {{u"manifiesto.json"_s, "{\"garza\": \"" + kVersion.toUtf8() + "\"}"},
-                       {"paquetes/garza-"_L1 + kVersion + ".zip"_L1, comprimir(kPublicado)}});
+        escribirArbol(carpetaInstalada(), instaladoAntes());
+        escribirArbol(
+            publicado(),
+            {{u"manifiesto.json"_s, R"({"garza": ")" + kVersion.toUtf8() + R"("})"},
+             {"paquetes/garza-"_L1 + kVersion + ".zip"_L1, comprimir(paquetePublicado())}});
     }
 
     void seActualizaPorHttp()
@@ -109,7 +122,7 @@ private Q_SLOTS:
                               "replied: Not Found"_s.arg(
                                   servidor.url(u"/paquetes/garza-9.zip"_s).toString()),
                               u"terminado"_s}));
-        QCOMPARE(leerArbol(carpetaInstalada()), kInstalado);
+        QCOMPARE(leerArbol(carpetaInstalada()), instaladoAntes());
     }
 
     void sinElServidorNoHayNada()
@@ -128,7 +141,7 @@ private:
     {
         ActualizadorEspiado actualizador = actualizadorDe(servidor);
         QCOMPARE(actualizador.alVerificar(), QStringList{u"disponibles|garza|1|"_s + kVersion});
-        QCOMPARE(actualizador.alAplicar(kGarza),
+        QCOMPARE(actualizador.alAplicar(soloGarza()),
                  (QStringList{u"actualizado|garza|"_s + kVersion, u"terminado"_s}));
         QCOMPARE(
             leerArbol(carpetaInstalada()),
@@ -141,11 +154,11 @@ private:
 
     static void noSeInstala(ActualizadorEspiado &&actualizador, const QString &motivo)
     {
-        const QStringList dicho = actualizador.alAplicar(kGarza);
+        const QStringList dicho = actualizador.alAplicar(soloGarza());
         QCOMPARE(dicho.size(), 2);
         QCOMPARE(dicho.constFirst(),
                  u"error|No se pudo descargar garza %1: %2"_s.arg(kVersion, motivo));
-        QCOMPARE(leerArbol(carpetaInstalada()), kInstalado);
+        QCOMPARE(leerArbol(carpetaInstalada()), instaladoAntes());
     }
 };
 
