@@ -66,8 +66,11 @@ std::optional<xcb_window_t> Pantalla::ventanaAparecida()
 {
     while (const auto evento = respuesta(xcb_poll_for_event(m_conexion.get()))) {
         constexpr quint8 kEnviadoPorPrograma = 0x80;
-        if ((evento->response_type & ~kEnviadoPorPrograma) == XCB_MAP_NOTIFY)
-            return reinterpret_cast<const xcb_map_notify_event_t *>(evento.get())->window;
+        if ((evento->response_type & ~kEnviadoPorPrograma) != XCB_MAP_NOTIFY)
+            continue;
+        const auto *aparecida = reinterpret_cast<const xcb_map_notify_event_t *>(evento.get());
+        if (!aparecida->override_redirect) // Las auxiliares no son de nadie que mire la pantalla.
+            return aparecida->window;
     }
     return std::nullopt;
 }
@@ -102,11 +105,12 @@ void Pantalla::esperarDibujo(xcb_window_t ventana)
     esperar(1ms, [&] { return estaDibujada(ventana); });
 }
 
-ProgramaEnPantalla::ProgramaEnPantalla(Pantalla &pantalla, const QString &programa)
+ProgramaEnPantalla::ProgramaEnPantalla(Pantalla &pantalla, const QString &programa,
+                                       const QStringList &argumentos)
 {
     xcb_window_t ventana = XCB_NONE;
     m_msHastaAparecer = milisegundos([&] {
-        m_proceso.start(programa);
+        m_proceso.start(programa, argumentos);
         ventana = pantalla.esperarVentana();
     });
     m_msHastaDibujarse = m_msHastaAparecer + milisegundos([&] { pantalla.esperarDibujo(ventana); });

@@ -2,6 +2,7 @@
 
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -33,7 +34,8 @@ class ProgramaEnPantalla
 {
 public:
     /// Arranca `programa` y vuelve cuando su ventana está dibujada.
-    ProgramaEnPantalla(Pantalla &pantalla, const QString &programa);
+    ProgramaEnPantalla(Pantalla &pantalla, const QString &programa,
+                       const QStringList &argumentos = {});
     ~ProgramaEnPantalla();
 
     double msHastaAparecer() const { return m_msHastaAparecer; }
