@@ -36,13 +36,16 @@ class Escuela:
 
     def __enter__(self):
         direcciones = self._arrancar_servidores() if self._con_red else []
-        subprocess.run([EJEMPLOS / "armar_escuela", self._compilacion, self._carpeta, *direcciones],
-                       check=True)
+        subprocess.run([EJEMPLOS / "armar_escuela", self._compilacion, self._carpeta,
+                        *self.opciones_de_armado(), *direcciones], check=True)
         return self
 
     def __exit__(self, *_):
         for proceso in reversed(self._procesos):
             terminar(proceso)
+
+    def opciones_de_armado(self):
+        return []
 
     def _arrancar_servidores(self):
         aulared = self._arrancar_servidor("servicio_aulared", "--demora-ping", str(DEMORA_PING))
@@ -51,19 +54,24 @@ class Escuela:
 
     def _arrancar_servidor(self, nombre, *argumentos):
         """Arranca un servidor de ejemplo y devuelve la dirección que imprime."""
-        servidor = arrancar([EJEMPLOS / nombre / f"{nombre}.py", *argumentos],
-                            stdout=subprocess.PIPE, text=True)
-        self._procesos.append(servidor)
+        servidor = self.acompanar(arrancar([EJEMPLOS / nombre / f"{nombre}.py", *argumentos],
+                                           stdout=subprocess.PIPE, text=True))
         return servidor.stdout.readline().strip()
 
     def abrir_lanzador(self):
         """Arranca el lanzador y devuelve su proceso."""
-        entorno = dict(os.environ)
-        renglones = (self._carpeta / "entorno").read_text(encoding="utf-8")
-        entorno.update(renglon.split("=", 1) for renglon in shlex.split(renglones))
-        lanzador = arrancar([self.lanzador / "quillay"], env=entorno)
-        self._procesos.append(lanzador)
-        return lanzador
+        entorno = {**os.environ, **self.variables()}
+        return self.acompanar(arrancar([self.lanzador / "quillay"], env=entorno))
+
+    def acompanar(self, proceso):
+        """Lo termina cuando se cierre la escuela."""
+        self._procesos.append(proceso)
+        return proceso
+
+    def variables(self):
+        """El entorno con que se arrancan los programas de la escuela."""
+        renglones = shlex.split((self._carpeta / "entorno").read_text(encoding="utf-8"))
+        return dict(renglon.split("=", 1) for renglon in renglones)
 
     @property
     def lanzador(self):

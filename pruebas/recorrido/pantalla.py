@@ -87,12 +87,18 @@ class Pantalla:
         shutil.rmtree(self._carpeta, ignore_errors=True)
 
     @staticmethod
+    def foto(*recorte):
+        """Lo que se ve ahora, en formato PPM; `recorte` es ANCHOxALTO+X+Y."""
+        cortar = [argumento for zona in recorte for argumento in ("-crop", zona)]
+        return subprocess.run(["import", "-window", "root", *cortar, "ppm:-"],
+                              check=True, capture_output=True).stdout
+
+    @staticmethod
     def fotografiar(ruta):
         """Guarda en `ruta` una imagen de la pantalla entera, cuando deja de cambiar."""
         anterior = b""
         for _ in range(20):
-            imagen = subprocess.run(["import", "-window", "root", "ppm:-"],
-                                    check=True, capture_output=True).stdout
+            imagen = Pantalla.foto()
             if imagen == anterior:
                 break
             anterior = imagen

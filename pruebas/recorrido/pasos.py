@@ -23,15 +23,12 @@ def sin_acentos(texto):
     return unicodedata.normalize("NFD", texto).encode("ascii", "ignore").decode()
 
 
-class Recorrido:
+class Pasos:
     """Una serie de pasos sobre una escuela; cada uno deja su imagen, también si falla."""
-
-    con_red = True
 
     def __init__(self, escuela, capturas):
         self.escuela = escuela
         self.capturas = Path(capturas)
-        self.lanzador = None
         self.proceso = None
         self._numero = 0
 
@@ -45,10 +42,31 @@ class Recorrido:
         except BaseException:
             Pantalla.fotografiar(self.capturas / f"fallo-{archivo}")
             print(f"{self._numero:02} {nombre}: MAL", file=sys.stderr)
-            print(self.lanzador.describir(), file=sys.stderr)
+            print(self.describir(), file=sys.stderr)
             raise
         Pantalla.fotografiar(self.capturas / archivo)
         print(f"{self._numero:02} {nombre}: bien ({time.monotonic() - empezo:.1f} s)", flush=True)
+
+    def describir(self):
+        """Lo que conviene leer cuando un paso falla."""
+        return ""
+
+    def comprobar_app(self, app, *argumentos):
+        """Que se arrancó esa app, una vez, con esos argumentos; la devuelve."""
+        abierta = self.escuela.esperar_app(app)
+        esperado = [str(self.escuela.ejecutable(app)), *argumentos]
+        assert abierta.argumentos == esperado, f"{abierta.argumentos} != {esperado}"
+        return abierta
+
+
+class Recorrido(Pasos):
+    """Los pasos de quien ve la ventana como la cuenta un lector de pantalla."""
+
+    con_red = True
+    lanzador = None
+
+    def describir(self):
+        return self.lanzador.describir()
 
     def abrir_lanzador(self):
         self.proceso = self.escuela.abrir_lanzador()
@@ -95,13 +113,6 @@ class Recorrido:
         """Espera a que el primero de la lista a la vista empiece con ese texto."""
         esperar(f"«{comienzo}» primero en la lista",
                 lambda: (self.nombres_de_la_lista() or [""])[0].startswith(comienzo))
-
-    def comprobar_app(self, app, *argumentos):
-        """Que se arrancó esa app, una vez, con esos argumentos; la devuelve."""
-        abierta = self.escuela.esperar_app(app)
-        esperado = [str(self.escuela.ejecutable(app)), *argumentos]
-        assert abierta.argumentos == esperado, f"{abierta.argumentos} != {esperado}"
-        return abierta
 
 
 def correr(recorridos, descripcion):
