@@ -37,7 +37,7 @@ Lugar lugarDe(const QString &id)
 
 QString instalarLanzador()
 {
-    const QString copia = escuela::dirLanzador() + "/quillay"_L1;
+    QString copia = escuela::dirLanzador() + "/quillay"_L1;
     if (!QFile::copy(QStringLiteral(RUTA_QUILLAY), copia))
         qFatal("No se pudo copiar el lanzador a %s", qUtf8Printable(copia));
     escuela::escribir(escuela::dirLanzador() + "/config.json"_L1, "{}");

@@ -31,8 +31,8 @@ int main(int argc, char *argv[])
 
     // El primero enciende la computadora virtual y no se cuenta.
     medicion::Pantalla pantalla;
-    medicion::ProgramaEnPantalla(pantalla, conWine, lanzador);
-    const medicion::ProgramaEnPantalla encendida(pantalla, conWine, pelada);
+    for (const QStringList &programa : {lanzador, pelada})
+        const medicion::ProgramaEnPantalla primero(pantalla, conWine, programa);
 
     std::vector<double> nuestros;
     std::vector<double> piso;

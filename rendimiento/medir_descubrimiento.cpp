@@ -47,6 +47,7 @@ int contarTrabajos(const std::string &carpeta, const std::string &archivo)
 {
     int cuantos = 0;
     DIR *abierta = opendir(carpeta.c_str());
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): la carpeta abierta es solo de esta función.
     while (const dirent *entrada = readdir(abierta)) {
         if (entrada->d_name[0] != '.' && leerTrabajo(carpeta + '/' + entrada->d_name, archivo) > 0)
             ++cuantos;

@@ -11,6 +11,8 @@
 #include <QListWidget>
 #include <QTabWidget>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -23,7 +25,7 @@ constexpr int kVeces = 50;
 constexpr double kMaximoMs = 25;
 constexpr double kMaximoMiB = 1;
 
-const QStringList kApps{u"ceibo"_s, u"garza"_s, u"zorzal"_s, u"benteveo"_s};
+constexpr std::array kApps{"ceibo"_L1, "garza"_L1, "zorzal"_L1, "benteveo"_L1};
 
 /// El piso: las mismas pestañas, con la misma cantidad de entradas de solo texto ya en memoria.
 class PestanasPeladas : public QTabWidget
@@ -35,7 +37,7 @@ public:
             qobject_cast<QListWidget *>(widget(i))->clear();
         clear();
         agregar(kRecientes);
-        for (qsizetype i = 0; i < kApps.size(); ++i)
+        for (std::size_t i = 0; i < kApps.size(); ++i)
             agregar(kTrabajosPorApp);
     }
 
@@ -71,15 +73,15 @@ Refresco medir(QWidget &ventana, const Operacion &rehacer)
     for (int vez = 0; vez < kPrevios; ++vez)
         refrescar();
     const double antes = ocupados();
-    std::vector<double> tiempos;
-    for (int vez = 0; vez < kVeces; ++vez)
-        tiempos.push_back(medicion::milisegundosDeProcesador(refrescar));
+    std::vector<double> tiempos(kVeces);
+    for (double &tiempo : tiempos)
+        tiempo = medicion::milisegundosDeProcesador(refrescar);
     return {medicion::mediana(tiempos), (ocupados() - antes) / kVeces};
 }
 
 void llenarEscuela()
 {
-    for (const QString &app : kApps) {
+    for (const QLatin1StringView app : kApps) {
         escuela::instalarApp(app);
         medicion::crearTrabajos(app, kTrabajosPorApp);
     }

@@ -53,7 +53,7 @@ QList<QByteArray> procesadorUsado(qint64 pid)
 Pantalla::Pantalla()
     : m_conexion(xcb_connect(nullptr, nullptr), &xcb_disconnect)
 {
-    if (xcb_connection_has_error(m_conexion.get()))
+    if (xcb_connection_has_error(m_conexion.get()) != 0)
         qFatal("Esta medición necesita un servidor X");
 
     const xcb_window_t raiz = xcb_setup_roots_iterator(xcb_get_setup(m_conexion.get())).data->root;
@@ -69,7 +69,8 @@ std::optional<xcb_window_t> Pantalla::ventanaAparecida()
         if ((evento->response_type & ~kEnviadoPorPrograma) != XCB_MAP_NOTIFY)
             continue;
         const auto *aparecida = reinterpret_cast<const xcb_map_notify_event_t *>(evento.get());
-        if (!aparecida->override_redirect) // Las auxiliares no son de nadie que mire la pantalla.
+        if (aparecida->override_redirect ==
+            0) // Las auxiliares no son de nadie que mire la pantalla.
             return aparecida->window;
     }
     return std::nullopt;
