@@ -10,8 +10,8 @@ from .nombres import defecto_de_nombre, sin_mayusculas
 from .problemas import Codigo, Problema, leyendo
 
 # De la escuela y no del componente: un paquete del lanzador nunca los pisa. Los que siguen a
-# "versiones.json" son restos de una escritura cortada.
-_DE_LA_ESCUELA = ("config.json", "versiones.json")
+# "versiones.json" son restos de una escritura cortada, y "instalando", de una instalación cortada.
+_DE_LA_ESCUELA = ("config.json", "versiones.json", "desinstalar.exe", "instalando")
 
 
 @dataclass(frozen=True)

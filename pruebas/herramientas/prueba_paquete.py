@@ -85,14 +85,15 @@ class PruebaPaqueteDelLauncher(PruebaDePublicar):
                     "shared/config.json": b"{}", "shared/Garza/g.txt": b"g"}
     DE_LA_ESCUELA = {"config.json": b"{}", "versiones.json": b"{}", "versiones.json.aB3x": b"{",
                      "quillay.exe.viejo": b"MZ", "Ceibo/ceibo.exe": b"c", "Nandu/nandu.exe": b"n",
-                     "GARZA/garza.exe": b"g"}
+                     "GARZA/garza.exe": b"g", "desinstalar.exe": b"MZ",
+                     "instalando/quillay.exe": b"MZ"}
 
     def test_no_lleva_las_apps_ni_lo_que_es_de_la_escuela(self):
         carpeta = self.armar("Quillay", self.DEL_LAUNCHER | self.DE_LA_ESCUELA)
         salida = self.publicar("2.2.0", componente="launcher", carpeta=carpeta)
         self.assertEqual(self.nombres("2.2.0", componente="launcher"), sorted(self.DEL_LAUNCHER))
         self.assertIn("No va en el paquete: Ceibo/, GARZA/, Nandu/, config.json, "
-                      "quillay.exe.viejo, versiones.json, versiones.json.aB3x.", salida.stdout)
+                      "desinstalar.exe, instalando/, quillay.exe.viejo, versiones.json, versiones.json.aB3x.", salida.stdout)
 
     def test_una_app_si_lleva_su_propio_config_json(self):
         self.armar("Garza", {"config.json": b"{}", "versiones.json": b"{}", "Ceibo/x": b"x"})
