@@ -17,6 +17,10 @@ QJsonDocument leerDocumentoJson(QFile &archivo);
 /// Reemplaza el archivo de `ruta` por `documento`, con sangría y en UTF-8, de una sola vez:
 /// quien lo lea encuentra el anterior entero o el nuevo entero.
 /// Da false, sin tocar el anterior, si algo falla, también con el disco lleno a mitad de camino.
+/// En Windows, si otro programa lo está leyendo, insiste hasta 200 ms antes de darse por vencida.
 bool escribirDocumentoJson(const QString &ruta, const QJsonDocument &documento);
+
+/// Borra el archivo de `ruta`, con la misma insistencia. Da false si no estaba o no se pudo.
+bool borrarArchivo(const QString &ruta);
 
 } // namespace ombu

@@ -176,7 +176,7 @@ Sesion *Sesion::cargar(QObject *parent)
 
 void Sesion::cerrar()
 {
-    QFile::remove(rutaArchivo());
+    borrarArchivo(rutaArchivo());
 }
 
 bool Sesion::equipoDeAulared()

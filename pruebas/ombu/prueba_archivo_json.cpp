@@ -4,6 +4,7 @@
 #include "pruebas/apoyo/disco_lleno.h"
 #include "pruebas/apoyo/escuela_temporal.h"
 #include "pruebas/apoyo/principal.h"
+#include "pruebas/apoyo/reemplazo_impedido.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,10 +12,10 @@
 #include <QJsonObject>
 
 #include <filesystem>
-#include <sched.h>
-#include <sys/mount.h>
+#include <thread>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -30,14 +31,10 @@ QJsonDocument documentoDe(qsizetype largo)
     return QJsonDocument(QJsonObject{{u"texto"_s, QString(largo, u'a')}});
 }
 
-// Un archivo sobre el que hay algo montado no se puede reemplazar, aunque sí escribir a su lado.
-// El montaje solo lo ve este proceso y termina con él; hace falta ser administrador.
-bool impedirElReemplazo(const QString &ruta)
+void soltarEnUnMomento(ReemplazoImpedido &impedido)
 {
-    const QByteArray archivo = QFile::encodeName(ruta);
-    return unshare(CLONE_NEWNS) == 0 &&
-           mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount(archivo.constData(), archivo.constData(), nullptr, MS_BIND, nullptr) == 0;
+    std::this_thread::sleep_for(50ms);
+    impedido.soltar();
 }
 
 } // namespace
@@ -226,15 +223,51 @@ private Q_SLOTS:
     void siNoSePuedeReemplazarQuedaElAnterior()
     {
         escuela::escribir(rutaDePrueba(), "[]");
-        if (!impedirElReemplazo(rutaDePrueba()))
-            QSKIP("Solo un administrador puede montar algo sobre el archivo");
-        const bool escrito = ombu::escribirDocumentoJson(rutaDePrueba(), documentoDe(1));
-        const QStringList archivos = escuela::archivosBajo(escuela::dirDatos());
-        umount(QFile::encodeName(rutaDePrueba()).constData());
-        QVERIFY(!escrito);
-        QCOMPARE(archivos, QStringList{u"prueba.json"_s});
+        {
+            const ReemplazoImpedido impedido(rutaDePrueba());
+            if (!impedido.vale())
+                QSKIP("Solo un administrador puede montar algo sobre el archivo");
+            QVERIFY(!ombu::escribirDocumentoJson(rutaDePrueba(), documentoDe(1)));
+            QCOMPARE(escuela::archivosBajo(escuela::dirDatos()), QStringList{u"prueba.json"_s});
+        }
         QCOMPARE(escuela::leer(rutaDePrueba()), "[]");
     }
+
+    void loQueOtroSueltaEnseguidaSeReemplazaIgual()
+    {
+        escuela::escribir(rutaDePrueba(), "[]");
+        ReemplazoImpedido impedido(rutaDePrueba());
+        if (!impedido.vale())
+            QSKIP("Solo un administrador puede montar algo sobre el archivo");
+        const std::jthread otro([&impedido] { soltarEnUnMomento(impedido); });
+        QVERIFY(ombu::escribirDocumentoJson(rutaDePrueba(), documentoDe(1)));
+        QCOMPARE(escuela::leer(rutaDePrueba()), documentoDe(1).toJson());
+    }
+
+    void loQueOtroSueltaEnseguidaSeBorraIgual()
+    {
+        escuela::escribir(rutaDePrueba(), "[]");
+        ReemplazoImpedido impedido(rutaDePrueba());
+        if (!impedido.vale())
+            QSKIP("Solo un administrador puede montar algo sobre el archivo");
+        const std::jthread otro([&impedido] { soltarEnUnMomento(impedido); });
+        QVERIFY(ombu::borrarArchivo(rutaDePrueba()));
+        QVERIFY(!QFile::exists(rutaDePrueba()));
+    }
+
+    void loQueNoSePuedeBorrarQueda()
+    {
+        escuela::escribir(rutaDePrueba(), "[]");
+        {
+            const ReemplazoImpedido impedido(rutaDePrueba());
+            if (!impedido.vale())
+                QSKIP("Solo un administrador puede montar algo sobre el archivo");
+            QVERIFY(!ombu::borrarArchivo(rutaDePrueba()));
+        }
+        QCOMPARE(escuela::leer(rutaDePrueba()), "[]");
+    }
+
+    void borrarLoQueNoEstaNoHaceNada() { QVERIFY(!ombu::borrarArchivo(rutaDePrueba())); }
 
     void conElDiscoLlenoNoApareceUnArchivoNuevo()
     {
