@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include <sys/types.h>
+#include <memory>
 
 /// Mientras existe, este proceso ve al archivo de `ruta` como Windows ve a un programa abierto: no
 /// se puede borrar, tampoco con otro nombre, pero se le puede cambiar el nombre.
@@ -20,11 +20,7 @@ public:
     ArchivoEnUso(const ArchivoEnUso &) = delete;
     ArchivoEnUso &operator=(const ArchivoEnUso &) = delete;
 
-    bool es(const char *ruta) const;
-    Traba traba() const { return m_traba; }
-
 private:
-    dev_t m_dispositivo = 0;
-    ino_t m_nodo = 0;
-    Traba m_traba;
+    struct Detalle;
+    std::unique_ptr<Detalle> m_detalle;
 };

@@ -1,9 +1,9 @@
 #include "pruebas/actualizacion/paquete.h"
 
 #include "pruebas/apoyo/escuela_temporal.h"
+#include "pruebas/apoyo/programas.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -25,7 +25,7 @@ Arbol leerArbol(const QString &carpeta)
 
 QByteArray comprimir(const Arbol &archivos)
 {
-    if (archivos.isEmpty()) // zip no hace paquetes vacíos: este es su único registro, el final.
+    if (archivos.isEmpty()) // Su único registro, el final.
         return QByteArray::fromHex("504b0506") + QByteArray(18, '\0');
 
     const QTemporaryDir temporal;
@@ -33,13 +33,11 @@ QByteArray comprimir(const Arbol &archivos)
     const QString paquete = temporal.filePath(u"paquete.zip"_s);
     escribirArbol(contenido, archivos);
 
-    QProcess zip;
-    QProcessEnvironment entorno = QProcessEnvironment::systemEnvironment();
-    entorno.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
-    zip.setProcessEnvironment(entorno);
-    zip.setWorkingDirectory(contenido);
-    zip.start(QStringLiteral(RUTA_ZIP), {u"-q"_s, u"-r"_s, u"-X"_s, paquete, u"."_s});
-    if (!zip.waitForFinished() || zip.exitCode() != 0)
-        qFatal("No se pudo armar el paquete: %s", zip.readAllStandardError().constData());
+    // Marca como UTF-8 los nombres que lo son; el programa zip, no.
+    const debian::Resultado zip =
+        debian::correr(QStringLiteral(RUTA_PYTHON),
+                       {u"-m"_s, u"zipfile"_s, u"-c"_s, debian::ruta(paquete), u"."_s}, contenido);
+    if (zip.codigo != 0)
+        qFatal("No se pudo armar el paquete: %s", zip.errores.constData());
     return escuela::leer(paquete);
 }

@@ -1,16 +1,23 @@
 #pragma once
 
-#include <QByteArray>
 #include <QStringList>
 
 /// Qué encuentra este proceso cuando busca "powershell.exe".
 namespace powershell {
 
-/// El de muestra de Debian, que cumple la orden. Anota con qué lo llamaron.
+/// Uno que cumple la orden de extraer y rechaza las demás. Anota con qué lo llamaron.
 void usarElDeMuestra();
 
-/// Un guion de bash en su lugar.
-void usarGuion(const QByteArray &guion);
+/// Cómo falla un Powershell.
+struct Falla
+{
+    int codigo = 1;       ///< Con el que termina.
+    bool seCae = false;   ///< No termina por su cuenta, y no hay código.
+    bool deja = false;    ///< Antes deja un "a.txt" en la carpeta de destino.
+    QString copiaEn = {}; ///< Antes copia ahí la carpeta del paquete.
+};
+
+void usarUnoQueFalla(const Falla &falla);
 
 void usarNinguno();
 

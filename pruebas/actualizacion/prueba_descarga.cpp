@@ -6,6 +6,7 @@
 #include "pruebas/apoyo/escuela_temporal.h"
 #include "pruebas/apoyo/principal.h"
 #include "pruebas/apoyo/servidor_guionado.h"
+#include "pruebas/apoyo/sistema.h"
 
 #include <QDir>
 #include <QTcpServer>
@@ -262,10 +263,11 @@ private Q_SLOTS:
         servidor.contestar("/d/garza-2.zip", {.cuerpo = comprimir({{u"a.txt"_s, "nuevo"}})});
         ActualizadorEspiado actualizador({}, servidor.url(u"/d"_s));
 
-        const QByteArray temporal = qgetenv("TMPDIR");
-        qputenv("TMPDIR", QFile::encodeName(rutaVersiones())); // Un archivo no es una carpeta.
+        const QString temporal = qEnvironmentVariable(sistema::kVariableTemporal);
+        sistema::ponerVariable(sistema::kVariableTemporal,
+                               rutaVersiones()); // Un archivo no es una carpeta.
         const QStringList dicho = actualizador.alAplicar({kGarza});
-        qputenv("TMPDIR", temporal);
+        sistema::ponerVariable(sistema::kVariableTemporal, temporal);
 
         QCOMPARE(dicho, (QStringList{u"error|No se pudo guardar la descarga de garza."_s,
                                      u"terminado"_s}));

@@ -7,10 +7,14 @@
 #include "pruebas/apoyo/escuela_temporal.h"
 #include "pruebas/apoyo/principal.h"
 #include "pruebas/apoyo/servidor_guionado.h"
+#include "pruebas/apoyo/sistema.h"
 
 #include <QDir>
 
 using namespace Qt::StringLiterals;
+
+using powershell::Falla;
+Q_DECLARE_METATYPE(Falla)
 
 namespace {
 
@@ -53,15 +57,15 @@ class CarpetaTemporal
 {
 public:
     explicit CarpetaTemporal(const QString &nombre)
-        : m_ruta(QString::fromUtf8(m_anterior) + u'/' + nombre)
+        : m_ruta(m_anterior + u'/' + nombre)
     {
         QDir().mkpath(m_ruta);
-        qputenv("TMPDIR", m_ruta.toUtf8());
+        sistema::ponerVariable(sistema::kVariableTemporal, m_ruta);
     }
 
     ~CarpetaTemporal()
     {
-        qputenv("TMPDIR", m_anterior);
+        sistema::ponerVariable(sistema::kVariableTemporal, m_anterior);
         QDir(m_ruta).removeRecursively();
     }
 
@@ -69,7 +73,7 @@ public:
     CarpetaTemporal &operator=(const CarpetaTemporal &) = delete;
 
 private:
-    QByteArray m_anterior = qgetenv("TMPDIR");
+    QString m_anterior = qEnvironmentVariable(sistema::kVariableTemporal);
     QString m_ruta;
 };
 
@@ -118,9 +122,7 @@ private Q_SLOTS:
     void enLaCarpetaTemporalSoloEstaElPaqueteEntero()
     {
         const QString copia = escuela::dirPersonal() + "/lo-que-habia"_L1;
-        powershell::usarGuion("carpeta=$(dirname \"$(cut -d\"'\" -f2 <<<\"$4\")\")\n"
-                              "cp -r \"$carpeta\" '" +
-                              copia.toUtf8() + "'\nexit 1\n");
+        powershell::usarUnoQueFalla({.copiaEn = copia});
         const QByteArray paquete = comprimir({{u"a.bin"_s, QByteArray(100'000, 'x')}});
         QCOMPARE(alActualizarCon(paquete), noSeExtrajo());
         QCOMPARE(leerArbol(copia), (Arbol{{u"garza.zip"_s, paquete}}));
@@ -128,24 +130,25 @@ private Q_SLOTS:
 
     void siPowershellFallaSeDiceYNoCambiaNada_data()
     {
-        QTest::addColumn<QByteArray>("guion");
-        const QByteArray extraer = "d=$(cut -d\"'\" -f4 <<<\"$4\")\nmkdir \"$d\"\n"
-                                   "echo nuevo > \"$d/a.txt\"\n";
-        QTest::newRow("código 1") << QByteArray("exit 1");
-        QTest::newRow("código 255") << QByteArray("exit 255");
-        QTest::newRow("código 1 después de extraer") << extraer + "exit 1";
-        QTest::newRow("se cayó") << QByteArray("kill -9 $$");
-        QTest::newRow("se cayó después de extraer") << extraer + "kill -9 $$";
-        QTest::newRow("no está") << QByteArray();
+        QTest::addColumn<Falla>("falla");
+        QTest::newRow("código 1") << Falla{.codigo = 1};
+        QTest::newRow("código 255") << Falla{.codigo = 255};
+        QTest::newRow("código 1 después de extraer") << Falla{.codigo = 1, .deja = true};
+        QTest::newRow("se cayó") << Falla{.seCae = true};
+        QTest::newRow("se cayó después de extraer") << Falla{.seCae = true, .deja = true};
     }
 
     void siPowershellFallaSeDiceYNoCambiaNada()
     {
-        QFETCH(const QByteArray, guion);
-        if (guion.isEmpty())
-            powershell::usarNinguno();
-        else
-            powershell::usarGuion(guion);
+        QFETCH(const Falla, falla);
+        powershell::usarUnoQueFalla(falla);
+        QCOMPARE(alActualizarCon(paqueteComun()), noSeExtrajo());
+        QCOMPARE(leerArbol(carpetaInstalada()), instaladoAntes());
+    }
+
+    void sinPowershellNoSeExtraeNada()
+    {
+        powershell::usarNinguno();
         QCOMPARE(alActualizarCon(paqueteComun()), noSeExtrajo());
         QCOMPARE(leerArbol(carpetaInstalada()), instaladoAntes());
     }
@@ -209,7 +212,9 @@ private Q_SLOTS:
         QTest::newRow("espacios") << u"Ana María"_s;
         QTest::newRow("acentos") << u"Íñigo"_s;
         QTest::newRow("emoji") << u"🎨"_s;
-        QTest::newRow("signos de Powershell") << u"$env `a` \"b\" & ; (1) [2]"_s;
+        QTest::newRow("signos de Powershell") << u"$env `a` & ; (1) [2]"_s;
+        if (sistema::kHayComillasEnLosNombres)
+            QTest::newRow("comillas dobles") << u"la \"casa\""_s;
         QTest::newRow("marcas de reemplazo") << u"%1 %2"_s;
     }
 

@@ -3,8 +3,6 @@
 #include <QList>
 #include <QtGlobal>
 
-#include <sys/resource.h>
-
 /// Mientras existe, ningún archivo de este proceso puede pasar de `bytesPorArchivo`: lo que sobra
 /// falla como en un disco lleno, con una escritura cortada de verdad.
 class DiscoLleno
@@ -17,7 +15,7 @@ public:
     DiscoLleno &operator=(const DiscoLleno &) = delete;
 
 private:
-    rlimit m_anterior;
+    quint64 m_anterior;
 };
 
 /// Los tamaños de disco en los que no entra un archivo de `bytes`: cortan su escritura al empezar,

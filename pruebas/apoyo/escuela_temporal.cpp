@@ -10,9 +10,6 @@
 #include <QProcess>
 #include <QTest>
 
-#include <array>
-#include <sys/time.h>
-
 using namespace Qt::StringLiterals;
 
 namespace escuela {
@@ -31,6 +28,17 @@ QList<QStringList> leerArranques(const QString &id)
     for (const QByteArray &linea : lineas.first(lineas.size() - 1))
         arranques.append(QString::fromUtf8(linea).split(u'\t').sliced(1));
     return arranques;
+}
+
+// Una app que la prueba anterior dejó abierta puede tener algo en uso hasta que termina.
+void borrar(const QString &ruta)
+{
+    const auto borrado = [&ruta] {
+        return QFileInfo(ruta).isDir() ? QDir(ruta).removeRecursively()
+                                       : QFile::remove(ruta) || !QFile::exists(ruta);
+    };
+    if (!QTest::qWaitFor(borrado))
+        qFatal("No se pudo borrar %s", qUtf8Printable(ruta));
 }
 
 } // namespace
@@ -63,8 +71,7 @@ QString dirDocumentos()
 void vaciar()
 {
     for (const QString &carpeta : {dirDatos(), dirPersonal()}) {
-        QDir(carpeta).removeRecursively();
-        QFile::remove(carpeta); // La prueba pudo poner un archivo en su lugar.
+        borrar(carpeta);
         QDir().mkpath(carpeta);
     }
     QDir().mkpath(dirDocumentos());
@@ -73,10 +80,8 @@ void vaciar()
     const QFileInfoList restos =
         QDir(dirLanzador()).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     for (const QFileInfo &resto : restos) {
-        if (resto.isDir())
-            QDir(resto.filePath()).removeRecursively();
-        else if (resto != yo)
-            QFile::remove(resto.filePath());
+        if (resto != yo)
+            borrar(resto.filePath());
     }
 }
 
@@ -92,14 +97,6 @@ QByteArray leer(const QString &ruta)
 {
     QFile archivo(ruta);
     return archivo.open(QIODevice::ReadOnly) ? archivo.readAll() : QByteArray();
-}
-
-void fechar(const QString &ruta, const QDateTime &fecha)
-{
-    const timeval tiempo{fecha.toSecsSinceEpoch(), 0};
-    const std::array tiempos{tiempo, tiempo};
-    if (utimes(QFile::encodeName(ruta).constData(), tiempos.data()) != 0)
-        qFatal("No se pudo fechar %s", qUtf8Printable(ruta));
 }
 
 QStringList archivosBajo(const QString &carpeta)
@@ -118,6 +115,11 @@ void instalarApp(const QString &id)
     QDir().mkpath(QFileInfo(destino).path());
     if (!QFile::copy(QStringLiteral(RUTA_APP_DOBLE), destino))
         qFatal("No se pudo instalar %s", qUtf8Printable(id));
+}
+
+void hacerMorirAlArrancar(const QString &id)
+{
+    escribir(dirPersonal() + "/muere-"_L1 + id, {});
 }
 
 QList<QStringList> arranquesDe(const QString &id, int veces)

@@ -19,6 +19,7 @@ QString dirProgramData();
 QString dirDatos(); ///< ProgramData/Lumbre.
 QString dirPersonal();
 QString dirDocumentos();
+QString dirDatosDeLaCuenta(); ///< Donde los programas guardan lo suyo en la carpeta personal.
 
 /// Deja la escuela como recién preparada: sin datos, sin documentos y sin apps instaladas.
 void vaciar();
@@ -38,6 +39,9 @@ QStringList archivosBajo(const QString &carpeta);
 /// Instala en el lanzador un programa de verdad como la app `id`. Al arrancar deja dicho con qué
 /// argumentos lo llamaron y en qué carpeta (ver arranquesDe()).
 void instalarApp(const QString &id);
+
+/// Desde ahora la app `id`, ya instalada, se cae apenas arranca.
+void hacerMorirAlArrancar(const QString &id);
 
 /// Espera a que la app `id` haya arrancado `veces` veces y da, por arranque, sus argumentos.
 /// Lo que no llegue en cinco segundos no está en el resultado.

@@ -5,15 +5,11 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
-#include <csignal>
-#include <sys/prctl.h>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int kIntentos = 5;
-constexpr int kPlazoMs = 20000;
 
 // Sin procesos hijos: se apaga entero al terminar este, y corre con cualquier usuario.
 constexpr auto kAlrededor = R"(
@@ -35,12 +31,9 @@ http {
 
 void correr(const QString &programa, const QStringList &argumentos, const QString &carpeta)
 {
-    QProcess proceso;
-    proceso.setWorkingDirectory(carpeta);
-    proceso.start(programa, argumentos);
-    if (!proceso.waitForFinished() || proceso.exitCode() != 0)
-        qFatal("Falló %s: %s", qUtf8Printable(programa),
-               proceso.readAllStandardError().constData());
+    const debian::Resultado resultado = debian::correr(programa, argumentos, carpeta);
+    if (resultado.codigo != 0)
+        qFatal("Falló %s: %s", qUtf8Printable(programa), resultado.errores.constData());
 }
 
 QStringList certificado(const QString &nombre, const QString &archivo)
@@ -104,8 +97,6 @@ ServidorWeb::ServidorWeb(const QString &carpeta, Protocolo protocolo)
 {
     if (protocolo == Https)
         certificar(m_base.path());
-    m_nginx.setProcessChannelMode(QProcess::ForwardedChannels);
-    m_nginx.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
 
     // Otro programa pudo quedarse con el puerto que estaba libre.
     for (int intento = 0; intento < kIntentos; ++intento) {
@@ -113,12 +104,6 @@ ServidorWeb::ServidorWeb(const QString &carpeta, Protocolo protocolo)
             return;
     }
     qFatal("nginx no arrancó");
-}
-
-ServidorWeb::~ServidorWeb()
-{
-    m_nginx.terminate();
-    m_nginx.waitForFinished(kPlazoMs);
 }
 
 bool ServidorWeb::encender(const QString &carpeta)
@@ -130,25 +115,26 @@ bool ServidorWeb::encender(const QString &carpeta)
     cambiar(servidor, u"listen 443 ssl;"_s,
             u"listen 127.0.0.1:%1%2;"_s.arg(m_puerto).arg(https ? u" ssl"_s : QString()));
     cambiar(servidor, u"listen [::]:443 ssl;"_s, {});
-    cambiar(servidor, u"/etc/ssl/quillay"_s, m_base.path());
-    cambiar(servidor, u"/srv/quillay"_s, carpeta);
+    const QString base = debian::ruta(m_base.path());
+    cambiar(servidor, u"/etc/ssl/quillay"_s, base);
+    cambiar(servidor, u"/srv/quillay"_s, debian::ruta(carpeta));
     if (!https)
         cambiar(servidor, u"ssl_certificate"_s, u"# ssl_certificate"_s);
 
     QFile archivo(m_base.filePath(u"nginx.conf"_s));
     if (!archivo.open(QIODevice::WriteOnly))
         qFatal("No se pudo configurar nginx");
-    archivo.write(QString(kAlrededor).arg(m_base.path(), servidor).toUtf8());
+    archivo.write(QString(kAlrededor).arg(base, servidor).toUtf8());
     archivo.close();
 
-    m_nginx.start(QStringLiteral(RUTA_NGINX),
-                  {u"-p"_s, m_base.path(), u"-c"_s, archivo.fileName(), u"-e"_s, u"stderr"_s});
-    m_nginx.waitForStarted();
-    while (m_nginx.state() == QProcess::Running) {
+    m_nginx = std::make_unique<debian::Servicio>(
+        QStringLiteral(RUTA_NGINX),
+        QStringList{u"-p"_s, base, u"-c"_s, base + "/nginx.conf"_L1, u"-e"_s, u"stderr"_s});
+    while (!m_nginx->esperar(0)) {
         QTcpSocket conexion;
         conexion.connectToHost(QHostAddress::LocalHost, m_puerto);
         const bool contesta = conexion.waitForConnected();
-        if (!m_nginx.waitForFinished(10) && contesta)
+        if (!m_nginx->esperar(10) && contesta)
             return true;
     }
     return false;
@@ -158,18 +144,4 @@ QUrl ServidorWeb::url(const QString &ruta, const QString &nombre) const
 {
     const QString esquema = m_protocolo == Https ? u"https"_s : u"http"_s;
     return QUrl(u"%1://%2:%3%4"_s.arg(esquema, nombre).arg(m_puerto).arg(ruta));
-}
-
-Confianza::Confianza(const ServidorWeb &servidor)
-    : m_anterior(QSslConfiguration::defaultConfiguration())
-{
-    QSslConfiguration confiada = m_anterior;
-    if (!confiada.addCaCertificates(servidor.rutaAutoridad()))
-        qFatal("No se pudo leer la autoridad de prueba");
-    QSslConfiguration::setDefaultConfiguration(confiada);
-}
-
-Confianza::~Confianza()
-{
-    QSslConfiguration::setDefaultConfiguration(m_anterior);
 }

@@ -1,10 +1,12 @@
 #pragma once
 
-#include <QProcess>
-#include <QSslConfiguration>
+#include "pruebas/apoyo/programas.h"
+
 #include <QString>
 #include <QTemporaryDir>
 #include <QUrl>
+
+#include <memory>
 
 /// Un nginx de verdad que publica una carpeta en un puerto libre de loopback, con la configuración
 /// que muestra la documentación. Se apaga al destruirse.
@@ -15,9 +17,8 @@ public:
 
     /// @param carpeta la que se publica; tiene que existir.
     /// @param protocolo con Https lleva un certificado a nombre de "localhost", firmado por una
-    /// autoridad hecha para la ocasión, en la que nadie confía (ver Confianza).
+    /// autoridad hecha para la ocasión, en la que nadie confía (ver confianza.h).
     explicit ServidorWeb(const QString &carpeta, Protocolo protocolo = Http);
-    ~ServidorWeb();
 
     ServidorWeb(const ServidorWeb &) = delete;
     ServidorWeb &operator=(const ServidorWeb &) = delete;
@@ -34,19 +35,5 @@ private:
     Protocolo m_protocolo;
     quint16 m_puerto = 0;
     QTemporaryDir m_base;
-    QProcess m_nginx;
-};
-
-/// Mientras existe, las conexiones nuevas de este proceso confían en la autoridad de `servidor`.
-class Confianza
-{
-public:
-    explicit Confianza(const ServidorWeb &servidor);
-    ~Confianza();
-
-    Confianza(const Confianza &) = delete;
-    Confianza &operator=(const Confianza &) = delete;
-
-private:
-    QSslConfiguration m_anterior;
+    std::unique_ptr<debian::Servicio> m_nginx;
 };

@@ -17,7 +17,7 @@ constexpr auto kSinProgramData = "ProgramData"_L1;
 
 QString dirPropia()
 {
-    return escuela::dirPersonal() + "/.local/share/Lumbre"_L1;
+    return escuela::dirDatosDeLaCuenta() + "/Lumbre"_L1;
 }
 
 QString marcaEn(const QString &dir)
@@ -51,8 +51,8 @@ class PruebaDirDatos : public QObject
 private Q_SLOTS:
     void init()
     {
-        escuela::vaciar();
         QVERIFY(QDir::setCurrent(escuela::dirProgramData()));
+        escuela::vaciar();
     }
 
     void esLumbreBajoProgramDataYNoQuedanRestosDeLaPrueba()

@@ -4,6 +4,7 @@
 #include "pruebas/apoyo/disco_lleno.h"
 #include "pruebas/apoyo/escuela_temporal.h"
 #include "pruebas/apoyo/principal.h"
+#include "pruebas/apoyo/sistema.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -155,6 +156,15 @@ private Q_SLOTS:
 
     void cadaPersonaTieneSuLista()
     {
+        registrar(u"/a"_s);
+        Recientes::registrar(u"beto"_s, {u"/b"_s, u"tordo"_s, laHora(), false});
+        QCOMPARE(rutasDeAna(), QStringList{u"/a"_s});
+    }
+
+    void unaMayusculaHaceOtraPersona()
+    {
+        if (!sistema::kDistingueMayusculas)
+            QSKIP("Las listas de «ana» y «Ana» son el mismo archivo");
         registrar(u"/a"_s);
         Recientes::registrar(u"Ana"_s, {u"/b"_s, u"tordo"_s, laHora(), false});
         QCOMPARE(rutasDeAna(), QStringList{u"/a"_s});

@@ -1,11 +1,11 @@
 #include "pruebas/quillay/en_pantalla.h"
 
+#include "pruebas/quillay/teclado.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QListWidget>
 #include <QTest>
-
-#include <xcb/xcb.h>
 
 namespace en_pantalla {
 
@@ -14,14 +14,6 @@ namespace {
 bool estaActiva()
 {
     return QGuiApplication::applicationState() == Qt::ApplicationActive;
-}
-
-// En la pantalla de las pruebas no hay un administrador de ventanas: el teclado se da así.
-void darTeclado(xcb_window_t ventana)
-{
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_set_input_focus(x11->connection(), XCB_INPUT_FOCUS_NONE, ventana, XCB_CURRENT_TIME);
-    xcb_flush(x11->connection());
 }
 
 } // namespace
@@ -36,14 +28,14 @@ void mostrar(QWidget &ventana)
 
 void irAOtroPrograma()
 {
-    darTeclado(XCB_NONE);
+    soltarTeclado();
     if (!QTest::qWaitFor([] { return !estaActiva(); }))
         qFatal("La aplicación no soltó el teclado");
 }
 
 void volver(QWidget &ventana)
 {
-    darTeclado(static_cast<xcb_window_t>(ventana.winId()));
+    darTeclado(ventana.winId());
     if (!QTest::qWaitForWindowActive(&ventana) || !QTest::qWaitFor(estaActiva))
         qFatal("La ventana no recibió el teclado");
 }

@@ -2,6 +2,7 @@
 
 #include "pruebas/apoyo/escuela_temporal.h"
 #include "pruebas/apoyo/principal.h"
+#include "pruebas/apoyo/programas.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -9,7 +10,6 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
-#include <QProcess>
 #include <QPushButton>
 #include <QTranslator>
 #include <QWidget>
@@ -47,10 +47,9 @@ void ponerCatalogo(const QString &carpeta, const QString &cancelar, const QStrin
             "<translation>%2</translation></message></context></TS>"_s.arg(idioma, cancelar)
                 .toUtf8());
     QDir().mkpath(carpeta);
-    QProcess lrelease;
-    lrelease.start(QStringLiteral(RUTA_LRELEASE),
-                   {u"-silent"_s, ts, u"-qm"_s, carpeta + u"/qtbase_%1.qm"_s.arg(idioma)});
-    if (!lrelease.waitForFinished() || lrelease.exitCode() != 0)
+    const QString qm = carpeta + u"/qtbase_%1.qm"_s.arg(idioma);
+    const QStringList argumentos{u"-silent"_s, debian::ruta(ts), u"-qm"_s, debian::ruta(qm)};
+    if (debian::correr(QStringLiteral(RUTA_LRELEASE), argumentos).codigo != 0)
         qFatal("lrelease no hizo el catálogo");
 }
 

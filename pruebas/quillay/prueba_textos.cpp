@@ -3,11 +3,11 @@
 
 #include "pruebas/apoyo/escuela_temporal.h"
 #include "pruebas/apoyo/principal.h"
+#include "pruebas/apoyo/programas.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QMap>
-#include <QProcess>
 #include <QXmlStreamReader>
 
 using namespace Qt::StringLiterals;
@@ -21,15 +21,13 @@ Textos textosDeLasFuentes()
 {
     const QString fuentes = QStringLiteral(CARPETA_FUENTES);
     const QString ts = escuela::dirPersonal() + "/textos.ts"_L1;
-    QProcess lupdate;
-    lupdate.start(QStringLiteral(RUTA_LUPDATE),
-                  {u"-silent"_s, u"-I"_s, fuentes, fuentes + "/ombu"_L1, fuentes + "/quillay"_L1,
-                   u"-ts"_s, ts});
-    if (!lupdate.waitForFinished() || lupdate.exitCode() != 0)
+    const debian::Resultado lupdate = debian::correr(
+        QStringLiteral(RUTA_LUPDATE), {u"-silent"_s, u"-I"_s, fuentes, fuentes + "/ombu"_L1,
+                                       fuentes + "/quillay"_L1, u"-ts"_s, debian::ruta(ts)});
+    if (lupdate.codigo != 0)
         qFatal("lupdate no juntó los textos");
-    const QByteArray avisos = lupdate.readAllStandardError();
-    if (!avisos.isEmpty())
-        qFatal("lupdate avisó: %s", avisos.constData());
+    if (!lupdate.errores.isEmpty())
+        qFatal("lupdate avisó: %s", lupdate.errores.constData());
 
     Textos textos;
     QString contexto;

@@ -6,6 +6,7 @@
 #include "pruebas/apoyo/caja_contestada.h"
 #include "pruebas/apoyo/principal.h"
 #include "pruebas/apoyo/reloj.h"
+#include "pruebas/apoyo/sistema.h"
 #include "pruebas/quillay/inicio.h"
 
 #include <QDir>
@@ -77,7 +78,8 @@ void filasDeFallas()
 {
     QTest::addColumn<Falla>("falla");
     QTest::newRow("no está") << Falta;
-    QTest::newRow("no se puede ejecutar") << SinPermiso;
+    if (sistema::kHayPermisoDeEjecucion)
+        QTest::newRow("no se puede ejecutar") << SinPermiso;
     QTest::newRow("no es un programa") << NoEsUnPrograma;
 }
 
@@ -186,7 +188,7 @@ private Q_SLOTS:
     void unaAppQueNoArrancaNoEsActividad()
     {
         const Inicio en;
-        estropear(u"ceibo"_s, SinPermiso);
+        estropear(u"ceibo"_s, NoEsUnPrograma);
         reloj::poner(alAbrir());
         const CajaContestada caja;
         en_pantalla::apretar(en_pantalla::boton(en.vista, u"Ceibo"_s));
@@ -210,7 +212,7 @@ private Q_SLOTS:
     void unaAppQueMuereAlArrancarArranco()
     {
         const Inicio en;
-        escuela::escribir(ejecutable(u"ceibo"_s), "#!/bin/sh\nkill -9 $$\n");
+        escuela::hacerMorirAlArrancar(u"ceibo"_s);
         reloj::poner(alAbrir());
         const CajaContestada caja;
         en_pantalla::apretar(en_pantalla::boton(en.vista, u"Ceibo"_s));
@@ -366,7 +368,7 @@ private Q_SLOTS:
         anotar(u"Ana"_s, u"/t/viejo"_s, u"ceibo"_s);
         Inicio en;
         en_pantalla::mostrar(en.vista);
-        estropear(u"ceibo"_s, SinPermiso);
+        estropear(u"ceibo"_s, NoEsUnPrograma);
         CajaContestada caja;
         caja.antesDeContestar([&en] {
             en.vista.mostrarSesion(en.sesion.get());

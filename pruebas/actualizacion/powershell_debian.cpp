@@ -24,6 +24,15 @@ void buscarEn(const QString &carpeta)
     qputenv("PATH", QFile::encodeName(carpeta) + ':' + delSistema);
 }
 
+void usarGuion(const QByteArray &guion)
+{
+    const QString carpeta = escuela::dirPersonal() + "/programas"_L1;
+    const QString programa = carpeta + "/powershell.exe"_L1;
+    buscarEn(carpeta);
+    escuela::escribir(programa, "#!/bin/bash\n" + guion);
+    QFile::setPermissions(programa, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
 } // namespace
 
 void usarElDeMuestra()
@@ -33,13 +42,16 @@ void usarElDeMuestra()
               "exec '" RUTA_POWERSHELL_DE_MUESTRA R"(' "$@")");
 }
 
-void usarGuion(const QByteArray &guion)
+void usarUnoQueFalla(const Falla &falla)
 {
-    const QString carpeta = escuela::dirPersonal() + "/programas"_L1;
-    const QString programa = carpeta + "/powershell.exe"_L1;
-    buscarEn(carpeta);
-    escuela::escribir(programa, "#!/bin/bash\n" + guion);
-    QFile::setPermissions(programa, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QByteArray guion = "paquete=$(cut -d\"'\" -f2 <<<\"$4\")\n"
+                       "destino=$(cut -d\"'\" -f4 <<<\"$4\")\n";
+    if (falla.deja)
+        guion += "mkdir \"$destino\"\necho nuevo > \"$destino/a.txt\"\n";
+    if (!falla.copiaEn.isEmpty())
+        guion += "cp -r \"$(dirname \"$paquete\")\" '" + falla.copiaEn.toUtf8() + "'\n";
+    guion += falla.seCae ? QByteArray("kill -9 $$") : "exit " + QByteArray::number(falla.codigo);
+    usarGuion(guion);
 }
 
 void usarNinguno()

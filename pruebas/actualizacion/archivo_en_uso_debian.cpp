@@ -12,24 +12,36 @@
 
 namespace {
 
-std::vector<const ArchivoEnUso *> &archivosEnUso()
+struct Trabado
 {
-    static std::vector<const ArchivoEnUso *> archivos;
+    dev_t dispositivo;
+    ino_t nodo;
+    ArchivoEnUso::Traba traba;
+};
+
+std::vector<const Trabado *> &archivosEnUso()
+{
+    static std::vector<const Trabado *> archivos;
     return archivos;
 }
 
-const ArchivoEnUso *trabado(const char *ruta)
+const Trabado *trabado(const char *ruta)
 {
+    struct stat datos = {};
+    if (stat(ruta, &datos) != 0)
+        return nullptr;
     const auto &archivos = archivosEnUso();
-    const auto it = std::find_if(archivos.begin(), archivos.end(),
-                                 [ruta](const ArchivoEnUso *archivo) { return archivo->es(ruta); });
+    const auto it =
+        std::find_if(archivos.begin(), archivos.end(), [&datos](const Trabado *archivo) {
+            return archivo->dispositivo == datos.st_dev && archivo->nodo == datos.st_ino;
+        });
     return it == archivos.end() ? nullptr : *it;
 }
 
 bool sePuedeRenombrar(const char *ruta)
 {
-    const ArchivoEnUso *archivo = trabado(ruta);
-    return archivo == nullptr || archivo->traba() == ArchivoEnUso::NoSeBorra;
+    const Trabado *archivo = trabado(ruta);
+    return archivo == nullptr || archivo->traba == ArchivoEnUso::NoSeBorra;
 }
 
 } // namespace
@@ -62,24 +74,20 @@ int rename(const char *ruta, const char *nueva) noexcept
 }
 }
 
+struct ArchivoEnUso::Detalle : Trabado
+{
+};
+
 ArchivoEnUso::ArchivoEnUso(const QString &ruta, Traba traba)
-    : m_traba(traba)
 {
     struct stat datos = {};
     if (stat(QFile::encodeName(ruta).constData(), &datos) != 0)
         qFatal("No existe %s", qUtf8Printable(ruta));
-    m_dispositivo = datos.st_dev;
-    m_nodo = datos.st_ino;
-    archivosEnUso().push_back(this);
+    m_detalle.reset(new Detalle{{datos.st_dev, datos.st_ino, traba}});
+    archivosEnUso().push_back(m_detalle.get());
 }
 
 ArchivoEnUso::~ArchivoEnUso()
 {
-    std::erase(archivosEnUso(), this);
-}
-
-bool ArchivoEnUso::es(const char *ruta) const
-{
-    struct stat datos = {};
-    return stat(ruta, &datos) == 0 && datos.st_dev == m_dispositivo && datos.st_ino == m_nodo;
+    std::erase(archivosEnUso(), m_detalle.get());
 }

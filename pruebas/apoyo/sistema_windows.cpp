@@ -1,0 +1,19 @@
+#include "pruebas/apoyo/sistema.h"
+
+#include <cstdlib>
+
+namespace sistema {
+
+const bool kDistingueMayusculas = false;
+const bool kReemplazaLoQueSeLee = false;
+const bool kHayPermisoDeEjecucion = false;
+const bool kHayComillasEnLosNombres = false;
+const char *const kVariableTemporal = "TMP";
+
+// qputenv() la pasa a la codificación de la cuenta, que no tiene todas las letras.
+void ponerVariable(const char *nombre, const QString &valor)
+{
+    _wputenv_s(qUtf16Printable(QString::fromLatin1(nombre)), qUtf16Printable(valor));
+}
+
+} // namespace sistema
