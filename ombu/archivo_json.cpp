@@ -11,10 +11,22 @@ namespace {
 // Ningún archivo de la suite se le acerca; uno mayor agotaría la memoria al leerlo.
 constexpr qint64 kTamanoMaximo = 67'108'864; // 64 MiB
 
-// En Windows no se puede reemplazar ni borrar un archivo mientras otro programa lo lee, y las apps
-// y el lanzador leen los mismos: a quien lee le alcanza con mucho menos que esto.
+// En Windows un archivo que otro programa está leyendo no se puede reemplazar ni borrar, y uno que
+// se está reemplazando no se puede abrir. Las apps y el lanzador usan los mismos.
 constexpr int kIntentos = 10;
 constexpr unsigned long kEntreIntentosMs = 20;
+
+/// Repite `operacion` hasta que dé verdadero, mientras el archivo exista y queden intentos.
+template<typename Operacion>
+bool insistir(const QString &ruta, const Operacion &operacion)
+{
+    bool hecho = operacion();
+    for (int intento = 1; !hecho && intento < kIntentos && QFile::exists(ruta); ++intento) {
+        QThread::msleep(kEntreIntentosMs);
+        hecho = operacion();
+    }
+    return hecho;
+}
 
 enum class Escritura { Hecha, SinReemplazar, Fallida };
 
@@ -37,7 +49,8 @@ Escritura intentarEscribir(const QString &ruta, const QByteArray &texto)
 QJsonDocument leerDocumentoJson(const QString &ruta)
 {
     QFile archivo(ruta);
-    return archivo.open(QIODevice::ReadOnly) ? leerDocumentoJson(archivo) : QJsonDocument();
+    const bool abierto = insistir(ruta, [&] { return archivo.open(QIODevice::ReadOnly); });
+    return abierto ? leerDocumentoJson(archivo) : QJsonDocument();
 }
 
 QJsonDocument leerDocumentoJson(QFile &archivo)
@@ -49,22 +62,17 @@ QJsonDocument leerDocumentoJson(QFile &archivo)
 bool escribirDocumentoJson(const QString &ruta, const QJsonDocument &documento)
 {
     const QByteArray texto = documento.toJson(QJsonDocument::Indented);
-    Escritura escritura = intentarEscribir(ruta, texto);
-    for (int intento = 1; escritura == Escritura::SinReemplazar && intento < kIntentos; ++intento) {
-        QThread::msleep(kEntreIntentosMs);
+    auto escritura = Escritura::Fallida;
+    insistir(ruta, [&] {
         escritura = intentarEscribir(ruta, texto);
-    }
+        return escritura != Escritura::SinReemplazar;
+    });
     return escritura == Escritura::Hecha;
 }
 
 bool borrarArchivo(const QString &ruta)
 {
-    bool borrado = QFile::remove(ruta);
-    for (int intento = 1; !borrado && QFile::exists(ruta) && intento < kIntentos; ++intento) {
-        QThread::msleep(kEntreIntentosMs);
-        borrado = QFile::remove(ruta);
-    }
-    return borrado;
+    return insistir(ruta, [&] { return QFile::remove(ruta); });
 }
 
 } // namespace ombu

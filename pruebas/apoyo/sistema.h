@@ -8,9 +8,6 @@ namespace sistema {
 /// Si "a.txt" y "A.txt" son dos archivos.
 extern const bool kDistingueMayusculas;
 
-/// Si se puede reemplazar un archivo que otro programa está leyendo.
-extern const bool kReemplazaLoQueSeLee;
-
 /// Si un archivo puede no tener permiso de ejecución.
 extern const bool kHayPermisoDeEjecucion;
 

@@ -5,7 +5,6 @@
 namespace sistema {
 
 const bool kDistingueMayusculas = true;
-const bool kReemplazaLoQueSeLee = true;
 const bool kHayPermisoDeEjecucion = true;
 const bool kHayComillasEnLosNombres = true;
 const char *const kVariableTemporal = "TMPDIR";

@@ -5,7 +5,6 @@
 namespace sistema {
 
 const bool kDistingueMayusculas = false;
-const bool kReemplazaLoQueSeLee = false;
 const bool kHayPermisoDeEjecucion = false;
 const bool kHayComillasEnLosNombres = false;
 const char *const kVariableTemporal = "TMP";

@@ -4,7 +4,6 @@
 #include "pruebas/apoyo/disco_lleno.h"
 #include "pruebas/apoyo/escuela_temporal.h"
 #include "pruebas/apoyo/principal.h"
-#include "pruebas/apoyo/sistema.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -275,7 +274,7 @@ private Q_SLOTS:
 
         QVERIFY(lecturas > 0);
         const qsizetype quedaron = PerfilesLocales::listar().size();
-        QVERIFY(quedaron >= (sistema::kReemplazaLoQueSeLee ? kPerfiles : 1));
+        QVERIFY(quedaron >= kPerfiles);
         QVERIFY(quedaron <= kProcesos * kPerfiles);
         QCOMPARE(escuela::archivosBajo(escuela::dirDatos()), QStringList{u"perfiles.json"_s});
     }
