@@ -21,6 +21,10 @@ void usarUnoQueFalla(const Falla &falla);
 
 void usarNinguno();
 
+/// Donde el de muestra anota con qué lo llamaron: un renglón por vez, con un nulo tras cada
+/// argumento.
+QString registro();
+
 /// Los argumentos con que se llamó al de muestra, de cada vez.
 QList<QStringList> llamadas();
 

@@ -11,11 +11,6 @@ namespace powershell {
 
 namespace {
 
-QString registro()
-{
-    return escuela::dirPersonal() + "/llamadas-a-powershell"_L1;
-}
-
 /// Solo esa carpeta delante de las del sistema.
 void buscarEn(const QString &carpeta)
 {
@@ -57,17 +52,6 @@ void usarUnoQueFalla(const Falla &falla)
 void usarNinguno()
 {
     buscarEn(escuela::dirPersonal() + "/sin-programas"_L1);
-}
-
-QList<QStringList> llamadas()
-{
-    QList<QStringList> todas;
-    const QList<QByteArray> lineas = escuela::leer(registro()).split('\n');
-    for (const QByteArray &linea : lineas.first(lineas.size() - 1)) {
-        const QStringList campos = QString::fromUtf8(linea).split(QChar(u'\0'));
-        todas.append(campos.first(campos.size() - 1));
-    }
-    return todas;
 }
 
 } // namespace powershell

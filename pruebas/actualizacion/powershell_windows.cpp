@@ -13,11 +13,6 @@ namespace powershell {
 
 namespace {
 
-QString registro()
-{
-    return escuela::dirPersonal() + "/llamadas-a-powershell"_L1;
-}
-
 QStringList caminoSinPowershell()
 {
     QStringList camino = qEnvironmentVariable("PATH").split(u';');
@@ -64,17 +59,6 @@ void usarUnoQueFalla(const Falla &falla)
 void usarNinguno()
 {
     buscarEn(caminoSinPowershell());
-}
-
-QList<QStringList> llamadas()
-{
-    QList<QStringList> todas;
-    const QList<QByteArray> lineas = escuela::leer(registro()).split('\n');
-    for (const QByteArray &linea : lineas.first(lineas.size() - 1)) {
-        const QStringList campos = QString::fromUtf8(linea).split(QChar(u'\0'));
-        todas.append(campos.first(campos.size() - 1));
-    }
-    return todas;
 }
 
 } // namespace powershell

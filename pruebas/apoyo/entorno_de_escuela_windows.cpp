@@ -13,7 +13,7 @@ namespace {
 
 // En la pantalla de las pruebas no hay quien administre las ventanas, y wine esperaría dos segundos
 // por cada una.
-void administrarLasVentanas()
+void noAdministrarLasVentanas()
 {
     constexpr wchar_t kNo[] = L"N";
     RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\Wine\\X11 Driver", L"Managed", REG_SZ, kNo,
@@ -33,7 +33,7 @@ QProcessEnvironment entornoDeEscuela(const QString &raiz)
     carpetas_de_windows::mudar(carpetas_de_windows::kDatosDeProgramas,
                                personal + "/AppData/Local"_L1);
 
-    administrarLasVentanas();
+    noAdministrarLasVentanas();
 
     entorno.insert(u"ProgramData"_s, raiz + "/ProgramData"_L1);
     entorno.insert(u"HOME"_s, personal);

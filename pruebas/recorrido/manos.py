@@ -19,5 +19,10 @@ def clic(control):
     _xdotool("mousemove", "--sync", *control.centro(), "click", 1)
 
 
+def apartar_el_mouse():
+    """Que no quede nada marcado por tenerlo encima."""
+    _xdotool("mousemove", 0, 0)
+
+
 def doble_clic(control):
     _xdotool("mousemove", *control.centro(), "click", "--repeat", 2, "--delay", 60, 1)

@@ -37,6 +37,7 @@ class EnWindows(Pasos):
     """Se actualizan dos componentes, dos integrantes trabajan con una app, y después un perfil."""
 
     def correr(self):
+        manos.apartar_el_mouse()
         self.actualizar()
         self.entrar()
         self.trabajar()
