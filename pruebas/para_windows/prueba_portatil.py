@@ -16,6 +16,8 @@ CONTENIDO = {
     "libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll",
     "platforms/qwindows.dll", "styles/qwindowsvistastyle.dll", "tls/qschannelbackend.dll",
     "shared/translations/qtbase_es.qm",
+    *(f"licencias/{nombre}.txt"
+      for nombre in ("quillay", "qt", "gcc", "mingw-w64", "LGPL-3", "GPL-3")),
 }
 # Lo que trae todo Windows 10 de 64 bits y usan Quillay y Qt.
 DE_WINDOWS = set("""
