@@ -153,8 +153,10 @@ std::unique_ptr<QProcess> lanzarSonda(const QStringList &argumentos, const QStri
 QString sonda(const QStringList &argumentos, const QStringList &entorno)
 {
     const std::unique_ptr<QProcess> proceso = lanzarSonda(argumentos, entorno);
-    if (!proceso->waitForFinished() || proceso->exitCode() != 0)
-        qFatal("Falló la sonda %s", qUtf8Printable(argumentos.join(u' ')));
+    if (!proceso->waitForFinished() || proceso->exitCode() != 0) {
+        qFatal("Falló la sonda %s: %s; terminó con %#x", qUtf8Printable(argumentos.join(u' ')),
+               qUtf8Printable(proceso->errorString()), static_cast<uint>(proceso->exitCode()));
+    }
     return QString::fromUtf8(proceso->readAllStandardOutput()).trimmed();
 }
 
