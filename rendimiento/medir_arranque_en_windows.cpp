@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kPares = 11;
+constexpr int kPares = 31;
 constexpr double kMaximoVeces = 1.1;
 
 } // namespace
