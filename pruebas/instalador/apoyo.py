@@ -19,7 +19,6 @@ sys.dont_write_bytecode = True
 
 RAIZ = Path(__file__).resolve().parents[2]
 CON_WINE = RAIZ / "para_windows/con_wine"
-WINESERVER = "/usr/lib/wine/wineserver64"
 INSTALADORES = Path(os.environ["QUILLAY_INSTALADORES"])
 SIN_ADMINISTRADOR = os.environ["QUILLAY_SIN_ADMINISTRADOR"]
 VERSION = os.environ["QUILLAY_VERSION"]
@@ -51,11 +50,10 @@ class PruebaDeInstalador(unittest.TestCase):
                            if ruta.name != "Public")
 
     def apagar(self):
-        subprocess.run([WINESERVER, "-k"], env=self.entorno(WINEPREFIX=str(self.prefijo)),
-                       check=False)
+        subprocess.run([CON_WINE, "--apagar"], env=self.entorno(), check=False)
 
-    def entorno(self, **variables):
-        return os.environ | {"QUILLAY_WINEPREFIX": str(self.prefijo)} | variables
+    def entorno(self):
+        return os.environ | {"QUILLAY_WINEPREFIX": str(self.prefijo)}
 
     def iniciar(self, *orden):
         """Empieza un programa de Windows; al terminar la prueba se termina."""

@@ -2,7 +2,6 @@
 
 import os
 import shutil
-import subprocess
 from pathlib import Path
 
 from escuela import App, Escuela
@@ -39,8 +38,7 @@ class EscuelaConWindows(Escuela):
 
     def __exit__(self, *_):
         super().__exit__()
-        subprocess.run(["/usr/lib/wine/wineserver64", "-k"], check=False,
-                       env={**os.environ, "WINEPREFIX": str(self._computadora)})
+        self._correr(["--apagar"]).wait()
 
     @staticmethod
     def _poner(lugar, carpeta):
