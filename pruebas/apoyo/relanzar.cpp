@@ -1,6 +1,7 @@
 #include "pruebas/apoyo/relanzar.h"
 
 #include "pruebas/apoyo/entorno_de_escuela.h"
+#include "pruebas/apoyo/sistema.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -28,6 +29,7 @@ void crearCarpetas(const QString &raiz)
 
 std::optional<int> relanzarEnEscuela(int argc, char **argv)
 {
+    sistema::preparar();
     if (qEnvironmentVariableIsSet(kMarca.data()))
         return std::nullopt;
 

@@ -5,6 +5,9 @@
 /// En qué se diferencian, para quien los prueba, los sistemas en los que corren las pruebas.
 namespace sistema {
 
+/// Lo que hace falta en este sistema antes de que una prueba use Qt.
+void preparar();
+
 /// Si "a.txt" y "A.txt" son dos archivos.
 extern const bool kDistingueMayusculas;
 

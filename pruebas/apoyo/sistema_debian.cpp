@@ -4,6 +4,8 @@
 
 namespace sistema {
 
+void preparar() {}
+
 const bool kDistingueMayusculas = true;
 const bool kHayPermisoDeEjecucion = true;
 const bool kHayComillasEnLosNombres = true;

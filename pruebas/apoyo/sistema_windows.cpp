@@ -1,8 +1,15 @@
 #include "pruebas/apoyo/sistema.h"
 
+#include "pruebas/apoyo/esperas_de_windows.h"
+
 #include <cstdlib>
 
 namespace sistema {
+
+void preparar()
+{
+    corregirEsperasDeWindows();
+}
 
 const bool kDistingueMayusculas = false;
 const bool kHayPermisoDeEjecucion = false;
