@@ -9,7 +9,6 @@ import os
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 from pathlib import Path
 
@@ -18,6 +17,9 @@ from armar import VIEJA
 sys.dont_write_bytecode = True
 
 RAIZ = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(RAIZ / "pruebas/recorrido"))
+from espera import esperar  # noqa: E402
+
 CON_WINE = RAIZ / "para_windows/con_wine"
 INSTALADORES = Path(os.environ["QUILLAY_INSTALADORES"])
 SIN_ADMINISTRADOR = os.environ["QUILLAY_SIN_ADMINISTRADOR"]
@@ -104,7 +106,7 @@ class PruebaDeInstalador(unittest.TestCase):
         """Desinstala sin ventanas y espera a que termine: lo hace una copia del desinstalador."""
         programa = self.en_windows(carpeta) / DESINSTALADOR
         self.correr(programa, "/S", *parametros)
-        esperar(lambda: not programa.exists(), "el final de la desinstalación")
+        esperar("el final de la desinstalación", lambda: not programa.exists())
 
     def desinstalar_en_el_lugar(self, *parametros, carpeta=TODOS):
         """Desinstala sin la copia y da el código de salida; el desinstalador queda."""
@@ -114,7 +116,7 @@ class PruebaDeInstalador(unittest.TestCase):
     def exigir_igual(self, antes):
         """La computadora está como `antes`; le da tiempo a una desinstalación para terminar."""
         try:
-            esperar(lambda: self.todo() == antes, "lo de antes", 5)
+            esperar("lo de antes", lambda: self.todo() == antes, 5)
         except AssertionError:
             self.assertEqual(self.todo(), antes)
 
@@ -175,21 +177,12 @@ class PruebaDeInstalador(unittest.TestCase):
         return proceso
 
     def esperar_ventana(self, titulo):
-        esperar(lambda: self.ventana(titulo), f"la ventana {titulo}")
-        return self.ventana(titulo)
+        return esperar(f"la ventana {titulo}", lambda: self.ventana(titulo))
 
     def ventana(self, titulo):
         busqueda = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", titulo],
                                   capture_output=True, text=True, check=False)
         return busqueda.stdout.split()[0] if busqueda.stdout else None
-
-
-def esperar(condicion, que, segundos=60):
-    limite = time.monotonic() + segundos
-    while not condicion():
-        if time.monotonic() > limite:
-            raise AssertionError(f"No apareció {que}.")
-        time.sleep(0.05)
 
 
 def arbol(carpeta):

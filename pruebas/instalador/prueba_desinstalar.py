@@ -43,7 +43,7 @@ class PruebaDesinstalar(PruebaDeInstalador):
         antes = self.todo()
         self.instalar("/MODO=todos")
         self.correr_escrito(self.registro()["QuietUninstallString"])
-        esperar(lambda: not self.carpeta.exists(), "el final de la desinstalación")
+        esperar("el final de la desinstalación", lambda: not self.carpeta.exists())
         self.exigir_igual(antes)
 
     def test_se_van_las_apps_y_lo_que_trajo_una_actualizacion(self):

@@ -52,7 +52,7 @@ class PruebaFallas(PruebaDeInstalador):
 
     def test_dos_instaladores_a_la_vez_no_se_mezclan(self):
         primero = self.iniciar(INSTALADORES / f"{VERSION}.exe", "/S")
-        esperar((self.carpeta / "instalando").exists, "el primer instalador")
+        esperar("el primer instalador", (self.carpeta / "instalando").exists)
         self.instalar(codigo=OTRO_INSTALADOR)
         self.assertEqual(primero.wait(timeout=60), 0)
         self.exigir_instalado()
@@ -89,7 +89,7 @@ class PruebaDiscoChico(PruebaDeInstalador):
         disco = self.disco(45)
         relleno = disco / "relleno"
         proceso = self.iniciar(INSTALADORES / f"{VERSION}.exe", "/S", r"/CARPETA=D:\Quillay")
-        esperar(lambda: list(disco.rglob("*.dll")), "el primer archivo extraído")
+        esperar("el primer archivo extraído", lambda: list(disco.rglob("*.dll")))
         with open(relleno, "wb") as archivo:
             try:
                 while True:

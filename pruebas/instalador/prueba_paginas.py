@@ -28,7 +28,7 @@ class PruebaPaginas(PruebaDeInstalador):
         """Aprieta una tecla que lleva a otra página y espera a que se vea."""
         antes = foto()
         subprocess.run(["xdotool", "key", tecla], check=True)
-        esperar(lambda: foto() != antes, "la página que sigue")
+        esperar("la página que sigue", lambda: foto() != antes)
         self.asentada()
 
     def escribir(self, texto):
@@ -41,8 +41,8 @@ class PruebaPaginas(PruebaDeInstalador):
 
     def instalar_y_terminar(self):
         self.seguir()
-        esperar((self.en_windows(TODOS) / "versiones.json").exists, "lo instalado")
-        esperar(lambda: self.menu().exists() or self.menu_propio().exists(), "el menú")
+        esperar("lo instalado", (self.en_windows(TODOS) / "versiones.json").exists)
+        esperar("el menú", lambda: self.menu().exists() or self.menu_propio().exists())
         self.asentada()
         self.seguir("space")  # no abrir Quillay
         subprocess.run(["xdotool", "key", "Return"], check=True)
@@ -100,7 +100,7 @@ class PruebaPaginas(PruebaDeInstalador):
                 self.abrir(f"/MODO={modo}")
                 self.llegar_a_las_direcciones()
                 self.seguir()
-                esperar(menu.exists, "lo instalado")
+                esperar("lo instalado", menu.exists)
                 self.asentada()
                 subprocess.run(["xdotool", "key", "Return"], check=True)
                 self.esperar_ventana("^Quillay$")
@@ -125,11 +125,11 @@ class PruebaPaginas(PruebaDeInstalador):
                 if tecla:
                     self.seguir(tecla)
                 self.seguir()
-                esperar(lambda: not self.en_windows(TODOS).exists(), "el final")
+                esperar("el final", lambda: not self.en_windows(TODOS).exists())
                 self.assertEqual(self.datos.exists(), quedan)
                 self.asentada()
                 subprocess.run(["xdotool", "key", "Return"], check=True)
-                esperar(lambda: not self.ventana("Quillay"), "la ventana cerrada")
+                esperar("la ventana cerrada", lambda: not self.ventana("Quillay"))
 
 
 def foto():

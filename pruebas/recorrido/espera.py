@@ -2,7 +2,7 @@
 
 import time
 
-PLAZO = 20
+PLAZO = 60
 ENTRE_INTENTOS = 0.05
 
 
