@@ -83,7 +83,7 @@ ArchivoEnUso::ArchivoEnUso(const QString &ruta, Traba traba)
     struct stat datos = {};
     if (stat(QFile::encodeName(ruta).constData(), &datos) != 0)
         qFatal("No existe %s", qUtf8Printable(ruta));
-    m_detalle.reset(new Detalle{{datos.st_dev, datos.st_ino, traba}});
+    m_detalle = std::make_unique<Detalle>(Detalle{{datos.st_dev, datos.st_ino, traba}});
     archivosEnUso().push_back(m_detalle.get());
 }
 

@@ -17,7 +17,7 @@ ReemplazoImpedido::ReemplazoImpedido(const QString &ruta)
     if (unshare(CLONE_NEWNS) == 0 &&
         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
         mount(archivo.constData(), archivo.constData(), nullptr, MS_BIND, nullptr) == 0) {
-        m_detalle.reset(new Detalle{archivo});
+        m_detalle = std::make_unique<Detalle>(Detalle{archivo});
     }
 }
 
