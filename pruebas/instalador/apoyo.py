@@ -10,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+from functools import partial
 from pathlib import Path
 
 from armar import VIEJA
@@ -18,7 +19,10 @@ sys.dont_write_bytecode = True
 
 RAIZ = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(RAIZ / "pruebas/recorrido"))
-from espera import esperar  # noqa: E402
+import espera  # noqa: E402
+
+# Instalar lleva más que mostrar una pantalla.
+esperar = partial(espera.esperar, plazo=60)
 
 CON_WINE = RAIZ / "para_windows/con_wine"
 INSTALADORES = Path(os.environ["QUILLAY_INSTALADORES"])
@@ -116,7 +120,7 @@ class PruebaDeInstalador(unittest.TestCase):
     def exigir_igual(self, antes):
         """La computadora está como `antes`; le da tiempo a una desinstalación para terminar."""
         try:
-            esperar("lo de antes", lambda: self.todo() == antes, 5)
+            esperar("lo de antes", lambda: self.todo() == antes, plazo=5)
         except AssertionError:
             self.assertEqual(self.todo(), antes)
 

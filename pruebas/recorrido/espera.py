@@ -2,7 +2,7 @@
 
 import time
 
-PLAZO = 60
+PLAZO = 20
 ENTRE_INTENTOS = 0.05
 
 
